@@ -1,0 +1,540 @@
+#include "controls/editor_view.h"
+
+#include "core/codepage.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QFocusEvent>
+#include <QGraphicsScene>
+#include <QGraphicsSceneContextMenuEvent>
+#include <QGraphicsSceneMouseEvent>
+#include <QGraphicsTextItem>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QResizeEvent>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextLayout>
+#include <QTimer>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tornelia {
+
+namespace {
+
+int mouseButtonCode(Qt::MouseButton b)
+{
+    switch (b) {
+    case Qt::LeftButton: return 1;
+    case Qt::RightButton: return 2;
+    case Qt::MiddleButton: return 4;
+    default: return 0;
+    }
+}
+
+// Handlers see characters as the program always has: Windows-1252 codes
+// where the code page has the character, so that a handler that turns "£"
+// into 128 types the euro sign.
+int keyAsciiOf(char32_t c)
+{
+    if (c <= 0xFFFF) {
+        const int b = cp1252Byte(char16_t(c));
+        if (b >= 0)
+            return b;
+    }
+    return int(c);
+}
+
+QString textOfKeyAscii(int k)
+{
+    if (k >= 0x80 && k <= 0xFF)
+        return QString(QChar(cp1252Char(static_cast<unsigned char>(k))));
+    if (k <= 0 || k > 0x10FFFF || (k >= 0xD800 && k <= 0xDFFF))
+        return {};
+    const char32_t c = char32_t(k);
+    return QString::fromUcs4(&c, 1);
+}
+
+bool isTypedText(const QString& text)
+{
+    if (text.isEmpty())
+        return false;
+    for (const QChar c : text) {
+        if (c.unicode() < 0x20 || c.unicode() == 0x7F || c.category() == QChar::Other_Control)
+            return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+// The item the view shows. It lets the surface see every key and click
+// first, and leaves to Qt's text control only what moves the caret, selects
+// or deletes.
+class EditorTextItem : public QGraphicsTextItem {
+public:
+    explicit EditorTextItem(EditorView& view) : view_(view) {}
+
+protected:
+    void keyPressEvent(QKeyEvent* e) override;
+    void keyReleaseEvent(QKeyEvent* e) override;
+    void inputMethodEvent(QInputMethodEvent* e) override;
+    void mousePressEvent(QGraphicsSceneMouseEvent* e) override;
+    void mouseMoveEvent(QGraphicsSceneMouseEvent* e) override;
+    void mouseReleaseEvent(QGraphicsSceneMouseEvent* e) override;
+    void mouseDoubleClickEvent(QGraphicsSceneMouseEvent* e) override;
+    void contextMenuEvent(QGraphicsSceneContextMenuEvent* e) override;
+
+private:
+    // Raises KeyPress for each character and types what the handlers leave.
+    void typeCharacters(const QString& text);
+    void typeKeyAscii(int k, const QString& asTyped);
+    void raiseMouseDown(QGraphicsSceneMouseEvent* e);
+
+    EditorView& view_;
+};
+
+void EditorTextItem::typeKeyAscii(int k, const QString& asTyped)
+{
+    RichTextSurface& s = view_.surface();
+    int code = k;
+    s.raiseKeyPress(code);
+    if (code == 0)
+        return;
+    const QString text = code == k ? asTyped : textOfKeyAscii(code);
+    if (!text.isEmpty())
+        s.typeText(text);
+    view_.followSurfaceCursor();
+}
+
+void EditorTextItem::typeCharacters(const QString& text)
+{
+    const QList<uint> codes = text.toUcs4();
+    for (const uint c : codes) {
+        const char32_t ch = char32_t(c);
+        typeKeyAscii(keyAsciiOf(ch), QString::fromUcs4(&ch, 1));
+    }
+}
+
+void EditorTextItem::keyPressEvent(QKeyEvent* e)
+{
+    RichTextSurface& s = view_.surface();
+    const Qt::KeyboardModifiers mods = e->modifiers();
+    const int vk = EditorView::virtualKey(e->key(), mods);
+    if (vk != 0) {
+        int code = vk;
+        int shift = EditorView::shiftState(mods);
+        s.raiseKeyDown(code, shift);
+        if (code == 0) {
+            e->accept();
+            return;
+        }
+    }
+    // A KeyDown handler may have moved the caret.
+    view_.followSurfaceCursor();
+
+    // The surface's clipboard carries RTF; the text control's own does not.
+    if (e->matches(QKeySequence::Copy)) {
+        s.Copy();
+        e->accept();
+        return;
+    }
+    if (e->matches(QKeySequence::Cut)) {
+        s.Cut();
+        view_.followSurfaceCursor();
+        e->accept();
+        return;
+    }
+    if (e->matches(QKeySequence::Paste)) {
+        s.Paste();
+        view_.followSurfaceCursor();
+        e->accept();
+        return;
+    }
+
+    const bool ctrl = mods & Qt::ControlModifier;
+    const bool alt = mods & Qt::AltModifier;
+    switch (e->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (ctrl || alt)
+            break;
+        typeKeyAscii(13, QString((mods & Qt::ShiftModifier) ? QChar::LineSeparator
+                                                            : QChar::ParagraphSeparator));
+        e->accept();
+        return;
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+        if (ctrl || alt)
+            break;
+        typeKeyAscii(9, QStringLiteral("\t"));
+        e->accept();
+        return;
+    case Qt::Key_Backspace: {
+        int code = 8;
+        s.raiseKeyPress(code);
+        if (code == 0) {
+            e->accept();
+            return;
+        }
+        break;
+    }
+    case Qt::Key_Escape: {
+        int code = 27;
+        s.raiseKeyPress(code);
+        e->ignore();
+        return;
+    }
+    default:
+        break;
+    }
+
+    const QString text = e->text();
+    if (isTypedText(text)) {
+        if (!ctrl || alt) {
+            if (alt && !ctrl) {
+                // Alt with a letter belongs to the menus, never to the text.
+                e->ignore();
+                return;
+            }
+            typeCharacters(text);
+            e->accept();
+            return;
+        }
+    }
+
+    // Caret movement, selection, Backspace and Delete.
+    QGraphicsTextItem::keyPressEvent(e);
+    view_.itemMovedCursor();
+}
+
+void EditorTextItem::keyReleaseEvent(QKeyEvent* e)
+{
+    const int vk = EditorView::virtualKey(e->key(), e->modifiers());
+    if (vk != 0 && !e->isAutoRepeat()) {
+        int code = vk;
+        int shift = EditorView::shiftState(e->modifiers());
+        view_.surface().raiseKeyUp(code, shift);
+    }
+    QGraphicsTextItem::keyReleaseEvent(e);
+}
+
+void EditorTextItem::inputMethodEvent(QInputMethodEvent* e)
+{
+    // A composed character (dead keys, compose sequences) arrives here and is
+    // typed like any other key; a composition still in progress is left to Qt.
+    if (e->preeditString().isEmpty() && e->replacementLength() == 0 && !e->commitString().isEmpty()) {
+        typeCharacters(e->commitString());
+        e->accept();
+        return;
+    }
+    QGraphicsTextItem::inputMethodEvent(e);
+    view_.itemMovedCursor();
+}
+
+void EditorTextItem::raiseMouseDown(QGraphicsSceneMouseEvent* e)
+{
+    const int button = mouseButtonCode(e->button());
+    if (button == 0)
+        return;
+    const qreal twipsPerPixelX = 1440.0 / std::max(1, view_.logicalDpiX());
+    const qreal twipsPerPixelY = 1440.0 / std::max(1, view_.logicalDpiY());
+    view_.surface().raiseMouseDown(button, EditorView::shiftState(e->modifiers()),
+                                   qRound(e->pos().x() * twipsPerPixelX),
+                                   qRound(e->pos().y() * twipsPerPixelY));
+}
+
+void EditorTextItem::mousePressEvent(QGraphicsSceneMouseEvent* e)
+{
+    if (e->button() == Qt::LeftButton) {
+        QGraphicsTextItem::mousePressEvent(e);
+        view_.itemMovedCursor();
+    } else {
+        // The right button is the program's context menu, and the middle
+        // one must not paste the X selection behind the surface's back.
+        e->accept();
+    }
+    raiseMouseDown(e);
+}
+
+void EditorTextItem::mouseMoveEvent(QGraphicsSceneMouseEvent* e)
+{
+    if (!(e->buttons() & Qt::LeftButton)) {
+        e->accept();
+        return;
+    }
+    QGraphicsTextItem::mouseMoveEvent(e);
+    view_.itemMovedCursor();
+}
+
+void EditorTextItem::mouseReleaseEvent(QGraphicsSceneMouseEvent* e)
+{
+    if (e->button() != Qt::LeftButton) {
+        e->accept();
+        return;
+    }
+    QGraphicsTextItem::mouseReleaseEvent(e);
+    view_.itemMovedCursor();
+}
+
+void EditorTextItem::mouseDoubleClickEvent(QGraphicsSceneMouseEvent* e)
+{
+    if (e->button() != Qt::LeftButton) {
+        e->accept();
+        return;
+    }
+    QGraphicsTextItem::mouseDoubleClickEvent(e);
+    view_.itemMovedCursor();
+}
+
+void EditorTextItem::contextMenuEvent(QGraphicsSceneContextMenuEvent* e)
+{
+    // The program pops up its own menus on MouseDown.
+    e->accept();
+}
+
+// ---------------------------------------------------------------------------
+
+EditorView::EditorView(RichTextSurface& surface, QWidget* parent)
+    : QGraphicsView(parent), surface_(surface), item_(new EditorTextItem(*this))
+{
+    auto* scene = new QGraphicsScene(this);
+    // A click on the field around the text keeps the caret in the text.
+    scene->setStickyFocus(true);
+    setScene(scene);
+    setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_InputMethodEnabled);
+    setViewportUpdateMode(QGraphicsView::MinimalViewportUpdate);
+
+    QTextDocument* doc = surface_.document();
+    // Setting the document may switch Qt's undo on; the program keeps its
+    // own undo, so it is put back as the surface had it.
+    const bool undo = doc->isUndoRedoEnabled();
+    item_->setTextInteractionFlags(Qt::TextEditorInteraction);
+    item_->setDocument(doc);
+    doc->setUndoRedoEnabled(undo);
+    // Drops would insert Qt's HTML behind the surface's RTF reader.
+    item_->setAcceptDrops(false);
+    item_->setPos(0, 0);
+    scene->addItem(item_);
+    item_->setFocus();
+    item_->setTextCursor(surface_.cursor());
+
+    connect(doc->documentLayout(), &QAbstractTextDocumentLayout::documentSizeChanged, this,
+            [this](const QSizeF&) { updateSceneRect(); });
+    connect(&surface_, &RichTextSurface::cursorMoved, this, &EditorView::followSurfaceCursor);
+    connect(&surface_, &RichTextSurface::zoomChanged, this, &EditorView::applyZoom);
+    connect(&surface_, &RichTextSurface::backColorChanged, this, &EditorView::applyBackColor);
+    connect(&surface_, &RichTextSurface::focusRequested, this, [this] {
+        setFocus(Qt::OtherFocusReason);
+        item_->setFocus(Qt::OtherFocusReason);
+    });
+    // Edits by the logic move the caret without a view event.
+    connect(&surface_, &RichTextSurface::Change, this, &EditorView::scheduleEnsureCaretVisible);
+
+    applyBackColor();
+    applyZoom();
+}
+
+EditorView::~EditorView() = default;
+
+QGraphicsTextItem* EditorView::textItem() const
+{
+    return item_;
+}
+
+int EditorView::shiftState(Qt::KeyboardModifiers modifiers)
+{
+    int s = 0;
+    if (modifiers & Qt::ShiftModifier)
+        s |= 1;
+    if (modifiers & Qt::ControlModifier)
+        s |= 2;
+    if (modifiers & Qt::AltModifier)
+        s |= 4;
+    return s;
+}
+
+int EditorView::virtualKey(int qtKey, Qt::KeyboardModifiers modifiers)
+{
+    const bool keypad = modifiers & Qt::KeypadModifier;
+    if (qtKey >= Qt::Key_A && qtKey <= Qt::Key_Z)
+        return qtKey;  // Qt's codes are the upper-case letters, as the VK codes
+    if (qtKey >= Qt::Key_0 && qtKey <= Qt::Key_9)
+        return keypad ? 96 + (qtKey - Qt::Key_0) : qtKey;
+    if (qtKey >= Qt::Key_F1 && qtKey <= Qt::Key_F24)
+        return 112 + (qtKey - Qt::Key_F1);
+    switch (qtKey) {
+    case Qt::Key_Backspace: return 8;
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab: return 9;
+    case Qt::Key_Clear: return 12;
+    case Qt::Key_Return:
+    case Qt::Key_Enter: return 13;
+    case Qt::Key_Shift: return 16;
+    case Qt::Key_Control: return 17;
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr: return 18;
+    case Qt::Key_Pause: return 19;
+    case Qt::Key_CapsLock: return 20;
+    case Qt::Key_Escape: return 27;
+    case Qt::Key_Space: return 32;
+    case Qt::Key_PageUp: return 33;
+    case Qt::Key_PageDown: return 34;
+    case Qt::Key_End: return 35;
+    case Qt::Key_Home: return 36;
+    case Qt::Key_Left: return 37;
+    case Qt::Key_Up: return 38;
+    case Qt::Key_Right: return 39;
+    case Qt::Key_Down: return 40;
+    case Qt::Key_Print: return 44;
+    case Qt::Key_Insert: return 45;
+    case Qt::Key_Delete: return 46;
+    case Qt::Key_Meta: return 91;
+    case Qt::Key_Menu: return 93;
+    case Qt::Key_Asterisk: return keypad ? 106 : 0;
+    case Qt::Key_NumLock: return 144;
+    case Qt::Key_ScrollLock: return 145;
+    // The punctuation keys as they stand on the Italian keyboard.
+    case Qt::Key_Plus: return keypad ? 107 : 187;
+    case Qt::Key_Comma: return 188;
+    case Qt::Key_Minus: return keypad ? 109 : 189;
+    case Qt::Key_Period: return keypad ? 110 : 190;
+    case Qt::Key_Slash: return keypad ? 111 : 0;
+    case Qt::Key_Egrave: return 186;
+    case Qt::Key_Ugrave: return 191;
+    case Qt::Key_Ograve: return 192;
+    case Qt::Key_Apostrophe: return 219;
+    case Qt::Key_Backslash: return 220;
+    case Qt::Key_Igrave: return 221;
+    case Qt::Key_Agrave: return 222;
+    case Qt::Key_Less: return 226;
+    default: return 0;
+    }
+}
+
+void EditorView::applyZoom()
+{
+    int num = 0;
+    int den = 0;
+    surface_.GetZoom(num, den);
+    qreal z = (num > 0 && den > 0) ? qreal(num) / den : 1.0;
+    z = std::clamp(z, 1.0 / 64, 64.0);
+    zoom_ = z;
+    setTransform(QTransform::fromScale(z, z));
+    rewrap();
+}
+
+void EditorView::rewrap()
+{
+    // Zoom is the view's scale: the text wraps at the window's width whatever
+    // the zoom, and the line breaks do not move as the zoom changes.
+    const qreal width = std::max<qreal>(1.0, std::floor(viewport()->width() / zoom_) - 1);
+    if (surface_.textWidth() != width)
+        surface_.setTextWidth(width);
+    if (item_->textWidth() != width)
+        item_->setTextWidth(width);
+    updateSceneRect();
+    scheduleEnsureCaretVisible();
+}
+
+void EditorView::updateSceneRect()
+{
+    if (scene())
+        scene()->setSceneRect(item_->boundingRect());
+}
+
+void EditorView::applyBackColor()
+{
+    const Colour c = surface_.BackColor();
+    setBackgroundBrush(QColor(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF)));
+}
+
+void EditorView::followSurfaceCursor()
+{
+    if (item_->textCursor() != surface_.cursor())
+        item_->setTextCursor(surface_.cursor());
+    scheduleEnsureCaretVisible();
+}
+
+void EditorView::itemMovedCursor()
+{
+    surface_.adoptCursor(item_->textCursor());
+    scheduleEnsureCaretVisible();
+}
+
+void EditorView::scheduleEnsureCaretVisible()
+{
+    // Layout runs after the edit that moved the caret; look once it is done.
+    if (caretCheckPending_)
+        return;
+    caretCheckPending_ = true;
+    QTimer::singleShot(0, this, [this] {
+        caretCheckPending_ = false;
+        ensureCaretVisible();
+    });
+}
+
+void EditorView::ensureCaretVisible()
+{
+    const QTextCursor& c = surface_.cursor();
+    const QTextBlock block = c.block();
+    QTextLayout* layout = block.isValid() ? block.layout() : nullptr;
+    if (!layout)
+        return;
+    const int inBlock = c.position() - block.position();
+    const QTextLine line = layout->lineForTextPosition(inBlock);
+    if (!line.isValid())
+        return;
+    const QPointF origin = layout->position();
+    const QRectF caret(origin.x() + line.cursorToX(inBlock), origin.y() + line.y(), 1, line.height());
+    ensureVisible(item_->mapRectToScene(caret), 8, 8);
+}
+
+void EditorView::resizeEvent(QResizeEvent* event)
+{
+    QGraphicsView::resizeEvent(event);
+    rewrap();
+}
+
+void EditorView::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton || itemAt(event->position().toPoint())) {
+        QGraphicsView::mousePressEvent(event);
+        return;
+    }
+    // Below the last line: the caret goes to the nearest place in the text,
+    // as a click in the empty part of a page does.
+    const QPointF inItem = item_->mapFromScene(mapToScene(event->position().toPoint()));
+    const QRectF bounds = item_->boundingRect();
+    const QPointF clamped(std::clamp(inItem.x(), bounds.left(), std::max(bounds.left(), bounds.right() - 1)),
+                          std::clamp(inItem.y(), bounds.top(), std::max(bounds.top(), bounds.bottom() - 1)));
+    const int pos = surface_.document()->documentLayout()->hitTest(clamped, Qt::FuzzyHit);
+    if (pos >= 0) {
+        QTextCursor c = item_->textCursor();
+        c.setPosition(pos, (event->modifiers() & Qt::ShiftModifier) ? QTextCursor::KeepAnchor
+                                                                     : QTextCursor::MoveAnchor);
+        item_->setTextCursor(c);
+        itemMovedCursor();
+    }
+    item_->setFocus(Qt::MouseFocusReason);
+    const qreal tx = 1440.0 / std::max(1, logicalDpiX());
+    const qreal ty = 1440.0 / std::max(1, logicalDpiY());
+    surface_.raiseMouseDown(1, shiftState(event->modifiers()), qRound(inItem.x() * tx), qRound(inItem.y() * ty));
+    event->accept();
+}
+
+void EditorView::focusInEvent(QFocusEvent* event)
+{
+    QGraphicsView::focusInEvent(event);
+    if (!item_->hasFocus())
+        item_->setFocus(event->reason());
+}
+
+}  // namespace tornelia
