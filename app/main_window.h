@@ -1,0 +1,69 @@
+#pragma once
+
+// The program's main window: the editor in the middle, the menus above, the
+// status bar with the progress strip of a load below. It is the frame the
+// document talks to.
+
+#include "app/app_context.h"
+#include "core/ports.h"
+
+#include <QHash>
+#include <QList>
+#include <QMainWindow>
+
+#include <functional>
+
+class QLabel;
+class QMenu;
+class QProgressBar;
+
+namespace tornelia {
+
+class EditorView;
+
+class MainWindow : public QMainWindow, public FramePort {
+    Q_OBJECT
+public:
+    explicit MainWindow(AppContext& context, QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    AppContext& context() { return ctx_; }
+    EditorView* editor() const { return editor_; }
+    QMenu* fileMenu() const { return fileMenu_; }
+    // The command of a menu entry by its object name ("mnuApri" ...).
+    QAction* action(const QString& name) const { return actions_.value(name); }
+    QLabel* statusPanel(int index) const;
+    QWidget* progressStrip() const { return progress_; }
+
+    // --- FramePort ---
+    void setCaption(const QString& caption) override;
+    void setStatusPanel(int index, const QString& text) override;
+    void showProgress(const QString& text, int percent) override;
+    void hideProgress() override;
+    void processEvents() override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void buildFileMenu();
+    void buildStatusBar();
+    QAction* addCommand(QMenu* menu, const QString& name, const QString& caption, const QString& icon,
+                        const QKeySequence& shortcut, std::function<void()> command);
+    // Runs a command of the document; a file the surface cannot write is
+    // told to the user instead of ending the program.
+    void runCommand(const std::function<void()>& command);
+    // True when the window may close: unsaved work has been saved or given up.
+    bool confirmClose();
+
+    AppContext& ctx_;
+    EditorView* editor_ = nullptr;
+    QMenu* fileMenu_ = nullptr;
+    QHash<QString, QAction*> actions_;
+    QList<QLabel*> panels_;
+    QWidget* progress_ = nullptr;
+    QLabel* progressLabel_ = nullptr;
+    QProgressBar* progressBar_ = nullptr;
+};
+
+}  // namespace tornelia
