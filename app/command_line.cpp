@@ -1,0 +1,300 @@
+#include "app/command_line.h"
+
+#include "app/app_context.h"
+#include "app/gui_ports.h"
+#include "app/main_window.h"
+#include "app/scripted_ports.h"
+#include "core/run_dump.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
+
+#include <cstdio>
+#include <memory>
+
+namespace tornelia {
+
+namespace {
+
+const QString kProgram = QStringLiteral("tornelia");
+
+void writeTo(FILE* stream, const QString& text)
+{
+    const QByteArray bytes = text.toUtf8();
+    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
+    std::fflush(stream);
+}
+
+void fail(const QString& line)
+{
+    writeTo(stderr, kProgram + QStringLiteral(": ") + line + u'\n');
+}
+
+bool isHeadless(CommandLine::Mode m)
+{
+    return m == CommandLine::Mode::Convert || m == CommandLine::Mode::DumpRuns;
+}
+
+// "File inesistente!" becomes "file inesistente", to stand in one line
+// with the program's name and the path.
+QString asErrorLine(const QString& message)
+{
+    QString s = message.trimmed();
+    while (s.endsWith(u'!') || s.endsWith(u'.'))
+        s.chop(1);
+    if (!s.isEmpty())
+        s[0] = s[0].toLower();
+    return s;
+}
+
+bool isReadOnlyWarning(const RecordedMessage& m)
+{
+    return m.title == QLatin1String("File di sola lettura");
+}
+
+// Standard error of a headless command carries its own one-line messages;
+// Qt's chatter about the environment (no runtime folder, no display
+// features) would break scripts that read it. Only Qt's real errors pass.
+void quietMessages(QtMsgType type, const QMessageLogContext&, const QString& message)
+{
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        writeTo(stderr, message + u'\n');
+}
+
+int runHeadless(const CommandLine& cl)
+{
+    auto messages = std::make_unique<ScriptedMessagePort>();
+    ScriptedMessagePort& said = *messages;
+    Ports ports{std::move(messages), std::make_unique<ScriptedDialogPort>(), std::make_unique<ScriptedShellPort>()};
+    AppContext ctx(std::move(ports));
+    Document& doc = ctx.document();
+
+    const QFileInfo in(cl.path);
+    if (in.exists()) {
+        if (in.isDir()) {
+            fail(QStringLiteral("non è un file: ") + cl.path);
+            return 1;
+        }
+        QFile probe(in.absoluteFilePath());
+        if (!probe.open(QIODevice::ReadOnly)) {
+            fail(QStringLiteral("file illeggibile: ") + cl.path);
+            return 1;
+        }
+    }
+
+    // The same road as "&Apri" takes, so a file converts as it opens.
+    doc.Aprii(in.exists() ? in.absoluteFilePath() : cl.path);
+    for (const RecordedMessage& m : said.messages) {
+        // The warning about a read-only input does not touch a conversion.
+        if (isReadOnlyWarning(m))
+            continue;
+        fail(asErrorLine(m.text) + QStringLiteral(": ") + cl.path);
+        return 1;
+    }
+
+    if (cl.mode == CommandLine::Mode::DumpRuns) {
+        writeTo(stdout, dumpRuns(ctx.testo()) + u'\n');
+        return 0;
+    }
+
+    const QString out = cl.output.isEmpty() ? defaultOutputPath(cl.path, cl.format) : cl.output;
+    said.messages.clear();
+    if (doc.readOnlyTest(out, false)) {
+        fail(QStringLiteral("file di sola lettura: ") + out);
+        return 1;
+    }
+    const int kind = cl.format == QLatin1String("txt") ? RichTextSurface::TextKind : RichTextSurface::RtfKind;
+    try {
+        ctx.testo().SaveFile(out, kind);
+    } catch (const SurfaceError& e) {
+        fail(QStringLiteral("impossibile scrivere ") + out + QStringLiteral(": ") + QString::fromUtf8(e.what()));
+        return 1;
+    }
+    return 0;
+}
+
+void installItalianTranslation(QCoreApplication& app)
+{
+    // Qt's own dialogs (files, fonts, colours) speak the program's language.
+    auto* qt = new QTranslator(&app);
+    if (qt->load(QLocale(QLocale::Italian, QLocale::Italy), QStringLiteral("qtbase"), QStringLiteral("_"),
+                 QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(qt);
+    else
+        delete qt;
+}
+
+int runGui(QApplication& app, const QString& path)
+{
+    AppContext::ensureDataFolder();
+    installItalianTranslation(app);
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("accessories-text-editor")));
+
+    Ports ports{std::make_unique<GuiMessagePort>(), std::make_unique<GuiDialogPort>(),
+                std::make_unique<GuiShellPort>()};
+    AppContext ctx(std::move(ports));
+    MainWindow window(ctx);
+    ctx.document().Novo(0);
+    if (!path.isEmpty())
+        ctx.openAtStart(path);
+    ctx.document().lenSalvata = float(ctx.testo().length());
+    window.show();
+    return app.exec();
+}
+
+}  // namespace
+
+QString usageText()
+{
+    return QStringLiteral(
+        "Uso: tornelia [FILE]\n"
+        "     tornelia --convert-to rtf|tnl|txt FILE [-o USCITA]\n"
+        "     tornelia --dump-runs FILE\n"
+        "     tornelia --help\n"
+        "\n"
+        "  FILE                   il documento da aprire nella finestra\n"
+        "  --convert-to FORMATO   converte FILE in rtf, tnl o txt senza aprire finestre;\n"
+        "                         senza -o scrive il nome di FILE con la nuova\n"
+        "                         estensione nella cartella corrente\n"
+        "  -o, --output USCITA    il file da scrivere\n"
+        "  --dump-runs FILE       stampa i paragrafi e i formati di FILE in JSON\n"
+        "  --help                 mostra questo aiuto\n");
+}
+
+CommandLine parseCommandLine(const QStringList& args)
+{
+    CommandLine cl;
+    QStringList words;
+    bool convert = false;
+    bool dump = false;
+    bool help = false;
+    bool hasOutput = false;
+    auto bad = [&cl](const QString& error) {
+        cl.mode = CommandLine::Mode::BadUsage;
+        cl.error = error;
+        return cl;
+    };
+
+    for (qsizetype i = 0; i < args.size(); ++i) {
+        const QString& a = args.at(i);
+        if (a == QLatin1String("--")) {
+            words += args.mid(i + 1);
+            break;
+        }
+        if (a == QLatin1String("--help")) {
+            help = true;
+        } else if (a == QLatin1String("--convert-to") || a.startsWith(QLatin1String("--convert-to="))) {
+            if (convert)
+                return bad(QStringLiteral("--convert-to è dato due volte"));
+            convert = true;
+            if (a.contains(u'=')) {
+                cl.format = a.section(u'=', 1);
+            } else {
+                if (i + 1 >= args.size())
+                    return bad(QStringLiteral("--convert-to vuole un formato: rtf, tnl o txt"));
+                cl.format = args.at(++i);
+            }
+        } else if (a == QLatin1String("--dump-runs")) {
+            dump = true;
+        } else if (a == QLatin1String("-o") || a == QLatin1String("--output")) {
+            if (hasOutput)
+                return bad(QStringLiteral("-o è dato due volte"));
+            if (i + 1 >= args.size())
+                return bad(a + QStringLiteral(" vuole il nome del file da scrivere"));
+            hasOutput = true;
+            cl.output = args.at(++i);
+        } else if (a.startsWith(QLatin1String("--"))) {
+            return bad(QStringLiteral("opzione sconosciuta: ") + a);
+        } else {
+            words.append(a);
+        }
+    }
+
+    if (help) {
+        cl.mode = CommandLine::Mode::Help;
+        return cl;
+    }
+    if (convert && dump)
+        return bad(QStringLiteral("--convert-to e --dump-runs non vanno insieme"));
+    if (hasOutput && !convert)
+        return bad(QStringLiteral("-o vale solo con --convert-to"));
+
+    if (convert || dump) {
+        if (words.isEmpty())
+            return bad(QStringLiteral("manca il file da leggere"));
+        if (words.size() > 1)
+            return bad(QStringLiteral("un solo file da leggere, non ") + QString::number(words.size()));
+        cl.path = words.first();
+        if (convert) {
+            cl.format = cl.format.toLower();
+            if (cl.format != QLatin1String("rtf") && cl.format != QLatin1String("tnl") &&
+                cl.format != QLatin1String("txt"))
+                return bad(QStringLiteral("formato sconosciuto: ") + cl.format +
+                           QStringLiteral(" (rtf, tnl o txt)"));
+            cl.mode = CommandLine::Mode::Convert;
+        } else {
+            cl.mode = CommandLine::Mode::DumpRuns;
+        }
+        return cl;
+    }
+
+    cl.mode = CommandLine::Mode::Gui;
+    cl.path = unquotePath(words.join(u' '));
+    return cl;
+}
+
+QString defaultOutputPath(const QString& input, const QString& format)
+{
+    return QFileInfo(input).completeBaseName() + u'.' + format;
+}
+
+int runTornelia(int argc, char** argv)
+{
+    QStringList raw;
+    for (int i = 1; i < argc; ++i)
+        raw.append(QString::fromLocal8Bit(argv[i]));
+    CommandLine cl = parseCommandLine(raw);
+
+    switch (cl.mode) {
+    case CommandLine::Mode::Help:
+        writeTo(stdout, usageText());
+        return 0;
+    case CommandLine::Mode::BadUsage:
+        fail(cl.error);
+        writeTo(stderr, usageText());
+        return 2;
+    default:
+        break;
+    }
+
+    QCoreApplication::setApplicationName(QStringLiteral("Tornelia"));
+    QCoreApplication::setApplicationVersion(QStringLiteral("0.1.0"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("tornelia"));
+
+    if (isHeadless(cl.mode)) {
+        // Conversions run where there is no display, on servers and in CI.
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        qInstallMessageHandler(quietMessages);
+        QGuiApplication app(argc, argv);
+        return runHeadless(cl);
+    }
+
+    QApplication app(argc, argv);
+    // Qt has taken its own options (-platform, -style ...) out of argv: the
+    // document is what is left.
+    QStringList rest;
+    for (int i = 1; i < argc; ++i)
+        rest.append(QString::fromLocal8Bit(argv[i]));
+    cl = parseCommandLine(rest);
+    return runGui(app, cl.path);
+}
+
+}  // namespace tornelia
