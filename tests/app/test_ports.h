@@ -1,0 +1,63 @@
+#pragma once
+
+// Ports for tests of the window: answers given in advance, and every
+// message kept.
+
+#include "app/app_context.h"
+#include "app/scripted_ports.h"
+
+#include <QTemporaryDir>
+
+#include <deque>
+#include <memory>
+
+namespace tornelia::testing {
+
+class AnsweringMessagePort final : public MessagePort {
+public:
+    QString mostraMsg(const QString& title, const QString& text, int buttons, int icon) override
+    {
+        said.append({title, text, buttons, icon});
+        if (answers.empty())
+            return buttons == 0 ? QStringLiteral("ok") : QStringLiteral("an");
+        const QString a = answers.front();
+        answers.pop_front();
+        return a;
+    }
+    std::deque<QString> answers;
+    QList<RecordedMessage> said;
+};
+
+class SaveAsDialogPort final : public DialogPort {
+public:
+    std::optional<QString> openFile(const QString&, const QStringList&) override { return openPath; }
+    std::optional<QString> saveFile(const QString&, const QStringList&, const QString&) override
+    {
+        return savePath;
+    }
+    std::optional<QString> chooseFolder(const QString&) override { return std::nullopt; }
+    std::optional<FontChoice> chooseFont(const FontChoice&) override { return std::nullopt; }
+    std::optional<std::uint32_t> chooseColour(std::uint32_t) override { return std::nullopt; }
+    std::optional<QString> openPath;
+    std::optional<QString> savePath;
+};
+
+// A context with settings in a folder of its own.
+struct TestContext {
+    TestContext()
+    {
+        auto m = std::make_unique<AnsweringMessagePort>();
+        auto d = std::make_unique<SaveAsDialogPort>();
+        messages = m.get();
+        dialogs = d.get();
+        context = std::make_unique<AppContext>(
+            Ports{std::move(m), std::move(d), std::make_unique<ScriptedShellPort>()},
+            folder.filePath(QStringLiteral("settings")));
+    }
+    QTemporaryDir folder;
+    AnsweringMessagePort* messages = nullptr;
+    SaveAsDialogPort* dialogs = nullptr;
+    std::unique_ptr<AppContext> context;
+};
+
+}  // namespace tornelia::testing
