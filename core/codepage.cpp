@@ -1,0 +1,135 @@
+#include "core/codepage.h"
+
+#include <QStringDecoder>
+#include <QStringEncoder>
+
+#include <array>
+
+namespace tornelia {
+namespace {
+
+// 0x80..0x9F of Windows-1252; the five holes keep their own value.
+constexpr std::array<char16_t, 32> kHigh1252 = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
+};
+
+const char* codecName(int codePage)
+{
+    switch (codePage) {
+    case 437: return "IBM437";
+    case 850: return "IBM850";
+    case 874: return "windows-874";
+    case 932: return "Shift_JIS";
+    case 936: return "GBK";
+    case 949: return "windows-949";
+    case 950: return "Big5";
+    case 1250: return "windows-1250";
+    case 1251: return "windows-1251";
+    case 1253: return "windows-1253";
+    case 1254: return "windows-1254";
+    case 1255: return "windows-1255";
+    case 1256: return "windows-1256";
+    case 1257: return "windows-1257";
+    case 1258: return "windows-1258";
+    case 10000: return "macintosh";
+    case 65001: return "UTF-8";
+    default: return nullptr;
+    }
+}
+
+}  // namespace
+
+int cp1252Byte(char16_t c)
+{
+    if (c < 0x80 || (c >= 0xA0 && c <= 0xFF))
+        return c;
+    for (int i = 0; i < 32; ++i)
+        if (kHigh1252[i] == c)
+            return 0x80 + i;
+    return -1;
+}
+
+char16_t cp1252Char(unsigned char b)
+{
+    return (b >= 0x80 && b < 0xA0) ? kHigh1252[b - 0x80] : char16_t(b);
+}
+
+int codePageOfCharset(int charset)
+{
+    switch (charset) {
+    case 0: return 1252;
+    case 77: return 10000;
+    case 128: return 932;
+    case 129: return 949;
+    case 134: return 936;
+    case 136: return 950;
+    case 161: return 1253;
+    case 162: return 1254;
+    case 163: return 1258;
+    case 177: return 1255;
+    case 178: return 1256;
+    case 186: return 1257;
+    case 204: return 1251;
+    case 222: return 874;
+    case 238: return 1250;
+    case 254: return 437;
+    case 255: return 850;
+    default: return 0;
+    }
+}
+
+struct ByteDecoder::Impl {
+    QStringDecoder decoder;
+};
+
+ByteDecoder::ByteDecoder(int codePage) : codePage_(codePage)
+{
+    if (codePage_ != 1252 && codePage_ != 0) {
+        if (const char* name = codecName(codePage_)) {
+            auto impl = std::make_unique<Impl>();
+            impl->decoder = QStringDecoder(name);
+            if (impl->decoder.isValid())
+                impl_ = std::move(impl);
+        }
+    }
+    if (!impl_)
+        codePage_ = 1252;  // an unknown code page reads as the Western one
+}
+
+ByteDecoder::~ByteDecoder() = default;
+
+void ByteDecoder::decode(const char* bytes, qsizetype n, QString& out)
+{
+    if (!impl_) {
+        const auto size = out.size();
+        out.resize(size + n);
+        char16_t* dst = reinterpret_cast<char16_t*>(out.data()) + size;
+        for (qsizetype i = 0; i < n; ++i)
+            dst[i] = cp1252Char(static_cast<unsigned char>(bytes[i]));
+        return;
+    }
+    out += impl_->decoder.decode(QByteArrayView(bytes, n));
+}
+
+QString decodePlainText(const QByteArray& bytes)
+{
+    QByteArrayView view(bytes);
+    if (view.startsWith("\xEF\xBB\xBF"))
+        view = view.sliced(3);
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString text = utf8.decode(view);
+    if (!utf8.hasError())
+        return text;
+    QString western;
+    ByteDecoder(1252).decode(view.data(), view.size(), western);
+    return western;
+}
+
+QByteArray encodePlainText(const QString& text)
+{
+    return text.toUtf8();
+}
+
+}  // namespace tornelia

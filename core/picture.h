@@ -1,0 +1,29 @@
+#pragma once
+
+// Pictures and objects inside the document: one object character each, with
+// the RTF group it came from kept whole so that it is written back unchanged.
+
+#include <QByteArray>
+#include <QImage>
+#include <QSize>
+#include <QString>
+#include <QTextDocument>
+#include <QTextImageFormat>
+
+namespace tornelia {
+
+// Decodes what Qt can show: PNG, JPEG and device-independent bitmaps. A null
+// image for anything else (metafiles, device-dependent bitmaps).
+QImage decodePicture(const QByteArray& type, const QByteArray& data);
+
+// Fills an image format for the document: the image (or a grey placeholder
+// when it cannot be shown) as a document resource, its size on screen from
+// the goal size in twips, and the raw group to write back.
+void setPictureFormat(QTextDocument& doc, QTextImageFormat& f, const QByteArray& rawGroup,
+                      const QImage& image, QSize goalTwips);
+
+// The RTF group of a picture: the one it was read from, or a PNG group made
+// from its image.
+QByteArray pictureGroup(const QTextDocument& doc, const QTextImageFormat& f);
+
+}  // namespace tornelia

@@ -1,0 +1,885 @@
+#include "core/rich_text_surface.h"
+
+#include "core/codepage.h"
+#include "core/rtf_reader.h"
+#include "core/rtf_writer.h"
+#include "core/text_format.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QClipboard>
+#include <QFile>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QSaveFile>
+#include <QTextBlock>
+#include <QTextLayout>
+#include <QTextList>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tornelia {
+namespace {
+
+bool startsWithRtf(QStringView s)
+{
+    qsizetype i = 0;
+    while (i < s.size() && (s[i] == u' ' || s[i] == u'\r' || s[i] == u'\n' || s[i] == u'\t' || s[i] == QChar(0xFEFF)))
+        ++i;
+    return s.sliced(i).startsWith(u"{\\rtf");
+}
+
+bool isWordChar(QChar c) { return c.isLetterOrNumber() || c == u'_'; }
+
+// Plain text as QTextDocument wants it: one '\n' per paragraph break, the
+// vertical tab (a line break inside a paragraph) as a line separator.
+QString toDocumentText(const QString& text)
+{
+    QString t = text;
+    t.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    t.replace(u'\r', u'\n');
+    t.replace(u'\v', QChar(QChar::LineSeparator));
+    t.replace(QChar(QChar::ParagraphSeparator), u'\n');
+    t.remove(QChar(QChar::ObjectReplacementCharacter));
+    return t;
+}
+
+// In symbol fonts the document keeps byte values in the private use area,
+// as a symbol font read from RTF has them.
+QString toSymbolBytes(const QString& text)
+{
+    QString out = text;
+    for (QChar& c : out)
+        if (c.unicode() >= 0x20 && c.unicode() <= 0xFF)
+            c = QChar(char16_t(0xF000 + c.unicode()));
+    return out;
+}
+
+}  // namespace
+
+RichTextSurface::RichTextSurface(QObject* parent) : QObject(parent), doc_(new QTextDocument(this))
+{
+    // The program keeps its own undo by snapshots.
+    doc_->setUndoRedoEnabled(false);
+    cursor_ = QTextCursor(doc_);
+    setDefaultFormat(QStringLiteral("Tahoma"), 10);
+    QTextCursor c(doc_);
+    c.setBlockCharFormat(defaultFormat_);
+    // contentsChange needs a layout, which a surface without a view has not;
+    // contentsChanged comes in every case.
+    connect(doc_, &QTextDocument::contentsChanged, this, &RichTextSurface::onContentsChange);
+}
+
+RichTextSurface::~RichTextSurface() = default;
+
+void RichTextSurface::setDefaultFormat(const QString& fontName, float pointSize)
+{
+    QTextCharFormat f;
+    f.setFontFamilies(QStringList{fontName});
+    f.setFontPointSize(pointSize > 0 ? pointSize : 10);
+    defaultFormat_ = f;
+    QFont font(fontName);
+    font.setPointSizeF(f.fontPointSize());
+    doc_->setDefaultFont(font);
+}
+
+void RichTextSurface::onContentsChange()
+{
+    textCacheValid_ = false;
+    emit Change();
+}
+
+// ---------------------------------------------------------------- positions
+
+long RichTextSurface::length() const
+{
+    return doc_->characterCount() - 1 + doc_->blockCount() - 1;
+}
+
+int RichTextSurface::toDocPos(long pos) const
+{
+    pos = std::clamp(pos, 0L, length());
+    // The block whose first position (counted with CR LF) is at or before pos.
+    int lo = 0;
+    int hi = doc_->blockCount() - 1;
+    while (lo < hi) {
+        const int mid = (lo + hi + 1) / 2;
+        const long start = doc_->findBlockByNumber(mid).position() + mid;
+        if (start <= pos)
+            lo = mid;
+        else
+            hi = mid - 1;
+    }
+    const QTextBlock block = doc_->findBlockByNumber(lo);
+    const long offset = std::min<long>(pos - (block.position() + lo), block.length() - 1);
+    return block.position() + int(offset);
+}
+
+long RichTextSurface::fromDocPos(int docPos) const
+{
+    const QTextBlock block = doc_->findBlock(docPos);
+    return docPos + (block.isValid() ? block.blockNumber() : doc_->blockCount() - 1);
+}
+
+// ---------------------------------------------------------------- document
+
+QString RichTextSurface::Text() const
+{
+    if (!textCacheValid_) {
+        const QString raw = doc_->toRawText();
+        QString t;
+        t.reserve(raw.size() + doc_->blockCount());
+        for (const QChar c : raw) {
+            if (c == QChar::ParagraphSeparator)
+                t += QLatin1String("\r\n");
+            else if (c == QChar::LineSeparator)
+                t += u'\v';
+            else
+                t += c;
+        }
+        textCache_ = t;
+        textCacheValid_ = true;
+    }
+    return textCache_;
+}
+
+void RichTextSurface::replaceWithPlainText(const QString& text)
+{
+    QTextCursor c(doc_);
+    c.beginEditBlock();
+    c.select(QTextCursor::Document);
+    c.removeSelectedText();
+    c.setBlockFormat(QTextBlockFormat());
+    c.setBlockCharFormat(defaultFormat_);
+    c.insertText(toDocumentText(text), defaultFormat_);
+    c.endEditBlock();
+}
+
+void RichTextSurface::setText(const QString& text)
+{
+    replaceWithPlainText(text);
+    pendingFormat_.reset();
+    QTextCursor c(doc_);
+    setCursor(c);
+}
+
+QString RichTextSurface::TextRTF() const
+{
+    return writeRtf(*doc_, 0, doc_->characterCount() - 1, true, defaultFormat_);
+}
+
+void RichTextSurface::readRtf(const QString& rtf, bool wholeDocument)
+{
+    RtfReadOptions options;
+    options.wholeDocument = wholeDocument;
+    options.baseFormat = defaultFormat_;
+    tornelia::readRtf(rtf, cursor_, options);
+}
+
+void RichTextSurface::setTextRTF(const QString& rtf)
+{
+    if (!startsWithRtf(rtf)) {
+        setText(rtf);
+        return;
+    }
+    cursor_.beginEditBlock();
+    cursor_.select(QTextCursor::Document);
+    cursor_.removeSelectedText();
+    cursor_.setBlockFormat(QTextBlockFormat());
+    cursor_.setBlockCharFormat(defaultFormat_);
+    readRtf(rtf, true);
+    cursor_.endEditBlock();
+    pendingFormat_.reset();
+    QTextCursor c(doc_);
+    setCursor(c);
+}
+
+void RichTextSurface::setFileName(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw SurfaceError(file.errorString().toStdString());
+    const QByteArray bytes = file.readAll();
+    fileName_ = path;
+    const QString latin = QString::fromLatin1(bytes);
+    if (startsWithRtf(latin))
+        setTextRTF(latin);
+    else
+        setText(decodePlainText(bytes));
+}
+
+void RichTextSurface::setBackColor(Colour c)
+{
+    backColor_ = c & 0xFFFFFF;
+    emit backColorChanged();
+}
+
+// ---------------------------------------------------------------- selection
+
+void RichTextSurface::setCursor(const QTextCursor& c)
+{
+    const bool moved = c.position() != cursor_.position() || c.anchor() != cursor_.anchor();
+    cursor_ = c;
+    if (moved)
+        pendingFormat_.reset();
+    notifySelection();
+}
+
+void RichTextSurface::adoptCursor(const QTextCursor& c)
+{
+    if (c.document() != doc_)
+        return;
+    setCursor(c);
+}
+
+void RichTextSurface::notifySelection()
+{
+    const long start = SelStart();
+    const long len = SelLength();
+    emit cursorMoved();
+    if (start != lastSelStart_ || len != lastSelLength_) {
+        lastSelStart_ = start;
+        lastSelLength_ = len;
+        emit SelChange();
+    }
+}
+
+long RichTextSurface::SelStart() const { return fromDocPos(cursor_.selectionStart()); }
+
+void RichTextSurface::setSelStart(long pos)
+{
+    if (pos < 0)
+        throw SurfaceError("Valore di proprietà non valido");
+    QTextCursor c(doc_);
+    c.setPosition(toDocPos(pos));
+    setCursor(c);
+}
+
+long RichTextSurface::SelLength() const
+{
+    return fromDocPos(cursor_.selectionEnd()) - fromDocPos(cursor_.selectionStart());
+}
+
+void RichTextSurface::setSelLength(long len)
+{
+    const long start = SelStart();
+    const long end = std::clamp(start + len, 0L, length());
+    QTextCursor c(doc_);
+    c.setPosition(toDocPos(start));
+    c.setPosition(toDocPos(end), QTextCursor::KeepAnchor);
+    setCursor(c);
+}
+
+QString RichTextSurface::SelText() const
+{
+    if (!cursor_.hasSelection())
+        return {};
+    return Text().mid(SelStart(), SelLength());
+}
+
+QTextCharFormat RichTextSurface::insertionFormat() const
+{
+    if (cursor_.hasSelection()) {
+        QTextCursor c(doc_);
+        c.setPosition(cursor_.selectionStart() + 1);
+        QTextCharFormat f = c.charFormat();
+        f.clearProperty(QTextFormat::ObjectIndex);
+        return f.isImageFormat() ? QTextCharFormat(defaultFormat_) : f;
+    }
+    if (pendingFormat_)
+        return *pendingFormat_;
+    const QTextBlock block = cursor_.block();
+    QTextCursor c(doc_);
+    const int pos = cursor_.position();
+    // At the start of a paragraph the text goes on in the first character's format.
+    c.setPosition(pos == block.position() && block.length() > 1 ? pos + 1 : pos);
+    QTextCharFormat f = c.charFormat();
+    if (f.isImageFormat()) {
+        QTextCharFormat plain = f;
+        plain.clearProperty(QTextFormat::ObjectType);
+        plain.clearProperty(QTextFormat::ImageName);
+        plain.clearProperty(QTextFormat::ImageWidth);
+        plain.clearProperty(QTextFormat::ImageHeight);
+        plain.clearProperty(prop::RawGroup);
+        plain.clearProperty(prop::PictureGoal);
+        return plain;
+    }
+    return f;
+}
+
+void RichTextSurface::setSelText(const QString& text)
+{
+    QTextCharFormat f = insertionFormat();
+    const QString docText = toDocumentText(text);
+    cursor_.beginEditBlock();
+    cursor_.removeSelectedText();
+    cursor_.insertText(isSymbolCharset(f) ? toSymbolBytes(docText) : docText, f);
+    cursor_.endEditBlock();
+    pendingFormat_.reset();
+    notifySelection();
+}
+
+void RichTextSurface::typeText(const QString& text) { setSelText(text); }
+
+QString RichTextSurface::SelRTF() const
+{
+    return writeRtf(*doc_, cursor_.selectionStart(), cursor_.selectionEnd(), false, defaultFormat_);
+}
+
+void RichTextSurface::setSelRTF(const QString& rtf)
+{
+    cursor_.beginEditBlock();
+    cursor_.removeSelectedText();
+    if (startsWithRtf(rtf))
+        readRtf(rtf, false);
+    else
+        cursor_.insertText(toDocumentText(rtf), insertionFormat());
+    cursor_.endEditBlock();
+    pendingFormat_.reset();
+    notifySelection();
+}
+
+// ------------------------------------------------------- character formats
+
+template <typename T, typename Get>
+std::optional<T> RichTextSurface::charProperty(Get get) const
+{
+    if (!cursor_.hasSelection())
+        return get(insertionFormat());
+    const int from = cursor_.selectionStart();
+    const int to = cursor_.selectionEnd();
+    std::optional<T> value;
+    for (QTextBlock b = doc_->findBlock(from); b.isValid() && b.position() < to; b = b.next()) {
+        for (auto it = b.begin(); !it.atEnd(); ++it) {
+            const QTextFragment frag = it.fragment();
+            if (frag.position() + frag.length() <= from || frag.position() >= to)
+                continue;
+            const T v = get(frag.charFormat());
+            if (!value)
+                value = v;
+            else if (!(*value == v))
+                return std::nullopt;
+        }
+    }
+    if (!value)  // only paragraph marks selected
+        return get(insertionFormat());
+    return value;
+}
+
+void RichTextSurface::mergeSel(const QTextCharFormat& f)
+{
+    if (!cursor_.hasSelection()) {
+        QTextCharFormat next = insertionFormat();
+        next.merge(f);
+        pendingFormat_ = next;
+        return;
+    }
+    cursor_.beginEditBlock();
+    cursor_.mergeCharFormat(f);
+    cursor_.endEditBlock();
+}
+
+std::optional<QString> RichTextSurface::SelFontName() const
+{
+    return charProperty<QString>([](const QTextCharFormat& f) { return fontNameOf(f); });
+}
+
+void RichTextSurface::setSelFontName(const QString& name)
+{
+    QTextCharFormat f;
+    f.setFontFamilies(QStringList{name});
+    // The font table facts of the old font do not describe the new one.
+    f.setProperty(prop::FontKind, QString());
+    f.setProperty(prop::FontCharset, -1);
+    f.setProperty(prop::FontPitch, -1);
+    mergeSel(f);
+}
+
+std::optional<float> RichTextSurface::SelFontSize() const
+{
+    const QTextCharFormat def = defaultFormat_;
+    return charProperty<float>([&def](const QTextCharFormat& f) { return halfPointsOf(f, def) / 2.0f; });
+}
+
+void RichTextSurface::setSelFontSize(float points)
+{
+    QTextCharFormat f;
+    f.setFontPointSize(std::clamp(points, 1.0f, 1638.0f));
+    mergeSel(f);
+}
+
+std::optional<bool> RichTextSurface::SelBold() const
+{
+    return charProperty<bool>([](const QTextCharFormat& f) { return f.fontWeight() >= QFont::DemiBold; });
+}
+
+void RichTextSurface::setSelBold(bool on)
+{
+    QTextCharFormat f;
+    f.setFontWeight(on ? QFont::Bold : QFont::Normal);
+    mergeSel(f);
+}
+
+std::optional<bool> RichTextSurface::SelItalic() const
+{
+    return charProperty<bool>([](const QTextCharFormat& f) { return f.fontItalic(); });
+}
+
+void RichTextSurface::setSelItalic(bool on)
+{
+    QTextCharFormat f;
+    f.setFontItalic(on);
+    mergeSel(f);
+}
+
+std::optional<bool> RichTextSurface::SelUnderline() const
+{
+    return charProperty<bool>([](const QTextCharFormat& f) { return underlineKindOf(f) != UnderlineKind::None; });
+}
+
+void RichTextSurface::setSelUnderline(bool on)
+{
+    setSelUnderlineKind(on ? UnderlineKind::Single : UnderlineKind::None);
+}
+
+std::optional<UnderlineKind> RichTextSurface::SelUnderlineKind() const
+{
+    return charProperty<UnderlineKind>([](const QTextCharFormat& f) { return underlineKindOf(f); });
+}
+
+void RichTextSurface::setSelUnderlineKind(UnderlineKind kind)
+{
+    QTextCharFormat f;
+    setUnderlineFormat(f, kind);
+    mergeSel(f);
+}
+
+std::optional<bool> RichTextSurface::SelStrikeThru() const
+{
+    return charProperty<bool>([](const QTextCharFormat& f) { return f.fontStrikeOut(); });
+}
+
+void RichTextSurface::setSelStrikeThru(bool on)
+{
+    QTextCharFormat f;
+    f.setFontStrikeOut(on);
+    mergeSel(f);
+}
+
+std::optional<Colour> RichTextSurface::SelColor() const
+{
+    return charProperty<Colour>([](const QTextCharFormat& f) {
+        const qint64 c = foregroundOf(f);
+        return c < 0 ? Colour(0) : Colour(c);
+    });
+}
+
+void RichTextSurface::setSelColor(Colour c)
+{
+    QTextCharFormat f;
+    f.setForeground(toQColor(c));
+    mergeSel(f);
+}
+
+std::optional<int> RichTextSurface::SelCharOffset() const
+{
+    // RTF keeps the offset in half-points; a half-point is ten twips.
+    return charProperty<int>([](const QTextCharFormat& f) { return offsetHalfPointsOf(f) * 10; });
+}
+
+void RichTextSurface::setSelCharOffset(int twips)
+{
+    const int half = int(std::lround(twips / 10.0));
+    QTextCharFormat f;
+    f.setProperty(prop::OffsetHalfPoints, half);
+    f.setVerticalAlignment(half > 0 ? QTextCharFormat::AlignSuperScript
+                                    : half < 0 ? QTextCharFormat::AlignSubScript : QTextCharFormat::AlignNormal);
+    mergeSel(f);
+}
+
+std::optional<bool> RichTextSurface::SelHidden() const
+{
+    return charProperty<bool>([](const QTextCharFormat& f) { return isHidden(f); });
+}
+
+void RichTextSurface::setSelHidden(bool on)
+{
+    QTextCharFormat f;
+    f.setProperty(prop::Hidden, on);
+    mergeSel(f);
+}
+
+std::optional<bool> RichTextSurface::SelCaps() const
+{
+    return charProperty<bool>([](const QTextCharFormat& f) { return isCaps(f); });
+}
+
+void RichTextSurface::setSelCaps(bool on)
+{
+    QTextCharFormat f;
+    f.setFontCapitalization(on ? QFont::AllUppercase : QFont::MixedCase);
+    mergeSel(f);
+}
+
+std::optional<Colour> RichTextSurface::SelHighlight() const
+{
+    return charProperty<Colour>([](const QTextCharFormat& f) {
+        const qint64 c = highlightOf(f);
+        return c < 0 ? kNoHighlight : Colour(c);
+    });
+}
+
+void RichTextSurface::setSelHighlight(Colour c)
+{
+    QTextCharFormat f;
+    if (c == kNoHighlight)
+        f.setBackground(QBrush(Qt::NoBrush));
+    else
+        f.setBackground(toQColor(c));
+    mergeSel(f);
+}
+
+// ------------------------------------------------------- paragraph formats
+
+template <typename T, typename Get>
+std::optional<T> RichTextSurface::blockProperty(Get get) const
+{
+    const int from = cursor_.selectionStart();
+    const int to = cursor_.selectionEnd();
+    std::optional<T> value;
+    for (QTextBlock b = doc_->findBlock(from); b.isValid() && (b.position() <= to || !value); b = b.next()) {
+        const T v = get(b);
+        if (!value)
+            value = v;
+        else if (!(*value == v))
+            return std::nullopt;
+        if (b.position() + b.length() > to)
+            break;
+    }
+    return value;
+}
+
+void RichTextSurface::mergeBlocks(const std::function<void(QTextBlockFormat&)>& change)
+{
+    const int from = cursor_.selectionStart();
+    const int to = cursor_.selectionEnd();
+    QTextCursor c(doc_);
+    c.beginEditBlock();
+    for (QTextBlock b = doc_->findBlock(from); b.isValid(); b = b.next()) {
+        QTextBlockFormat f = b.blockFormat();
+        change(f);
+        c.setPosition(b.position());
+        c.setBlockFormat(f);
+        if (b.position() + b.length() > to)
+            break;
+    }
+    c.endEditBlock();
+}
+
+std::optional<int> RichTextSurface::SelAlignment() const
+{
+    return blockProperty<int>([](const QTextBlock& b) { return alignmentOf(b.blockFormat()); });
+}
+
+void RichTextSurface::setSelAlignment(int alignment)
+{
+    mergeBlocks([alignment](QTextBlockFormat& f) { tornelia::setAlignment(f, alignment); });
+}
+
+std::optional<bool> RichTextSurface::SelBullet() const
+{
+    return blockProperty<bool>([](const QTextBlock& b) { return b.textList() != nullptr; });
+}
+
+void RichTextSurface::setSelBullet(bool on)
+{
+    const int from = cursor_.selectionStart();
+    const int to = cursor_.selectionEnd();
+    QTextCursor c(doc_);
+    c.beginEditBlock();
+    QTextList* list = nullptr;
+    for (QTextBlock b = doc_->findBlock(from); b.isValid(); b = b.next()) {
+        if (QTextList* old = b.textList(); old && !on)
+            old->remove(b);
+        if (on && !b.textList()) {
+            const QTextBlock prev = b.previous();
+            if (!list && prev.isValid() && prev.textList())
+                list = prev.textList();
+            if (list) {
+                list->add(b);
+            } else {
+                c.setPosition(b.position());
+                QTextListFormat lf;
+                lf.setStyle(QTextListFormat::ListDisc);
+                lf.setIndent(1);
+                list = c.createList(lf);
+            }
+        } else if (on) {
+            list = b.textList();
+        }
+        if (!on) {
+            QTextBlockFormat f = b.blockFormat();
+            f.setIndent(0);
+            c.setPosition(b.position());
+            c.setBlockFormat(f);
+        }
+        if (b.position() + b.length() > to)
+            break;
+    }
+    c.endEditBlock();
+}
+
+std::optional<float> RichTextSurface::SelIndent() const
+{
+    return blockProperty<float>([](const QTextBlock& b) { return float(twipsOf(b.blockFormat(), prop::LeftIndent)); });
+}
+
+void RichTextSurface::setSelIndent(float twips)
+{
+    const int t = int(std::lround(twips));
+    mergeBlocks([t](QTextBlockFormat& f) { setTwips(f, prop::LeftIndent, t); });
+}
+
+std::optional<float> RichTextSurface::SelRightIndent() const
+{
+    return blockProperty<float>([](const QTextBlock& b) { return float(twipsOf(b.blockFormat(), prop::RightIndent)); });
+}
+
+void RichTextSurface::setSelRightIndent(float twips)
+{
+    const int t = int(std::lround(twips));
+    mergeBlocks([t](QTextBlockFormat& f) { setTwips(f, prop::RightIndent, t); });
+}
+
+// ---------------------------------------------------------------- methods
+
+void RichTextSurface::LoadFile(const QString& path, int kind)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw SurfaceError(file.errorString().toStdString());
+    const QByteArray bytes = file.readAll();
+    if (kind == RtfKind)
+        setTextRTF(QString::fromLatin1(bytes));
+    else
+        setText(decodePlainText(bytes));
+}
+
+void RichTextSurface::SaveFile(const QString& path, int kind) const
+{
+    const QByteArray bytes = kind == RtfKind ? TextRTF().toLatin1() : encodePlainText(Text());
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        throw SurfaceError(file.errorString().toStdString());
+    if (file.write(bytes) != bytes.size()) {
+        const std::string reason = file.errorString().toStdString();
+        file.cancelWriting();
+        throw SurfaceError(reason);
+    }
+    if (!file.commit())
+        throw SurfaceError(file.errorString().toStdString());
+}
+
+long RichTextSurface::Find(const QString& text, long start, long end, int options)
+{
+    if (text.isEmpty())
+        return -1;
+    const QString t = Text();
+    const long len = t.size();
+    start = std::clamp(start, 0L, len);
+    end = (end < 0 || end > len) ? len : end;
+    const Qt::CaseSensitivity cs = (options & MatchCase) ? Qt::CaseSensitive : Qt::CaseInsensitive;
+    long pos = start;
+    while (pos <= end - text.size()) {
+        const long found = t.indexOf(text, pos, cs);
+        if (found < 0 || found + text.size() > end)
+            return -1;
+        const bool whole = !(options & WholeWord) ||
+                           ((found == 0 || !isWordChar(t[found - 1])) &&
+                            (found + text.size() >= len || !isWordChar(t[found + text.size()])));
+        if (whole) {
+            if (!(options & NoHighlight)) {
+                setSelStart(found);
+                setSelLength(text.size());
+            }
+            return found;
+        }
+        pos = found + 1;
+    }
+    return -1;
+}
+
+void RichTextSurface::Span(const QString& charSet, bool forward, bool negate)
+{
+    const QString t = Text();
+    long start = SelStart();
+    long end = start + SelLength();
+    auto inSet = [&](QChar c) { return charSet.contains(c) != negate; };
+    if (forward) {
+        while (end < t.size() && inSet(t[end]))
+            ++end;
+    } else {
+        while (start > 0 && inSet(t[start - 1]))
+            --start;
+    }
+    QTextCursor c(doc_);
+    c.setPosition(toDocPos(start));
+    c.setPosition(toDocPos(end), QTextCursor::KeepAnchor);
+    setCursor(c);
+}
+
+// ------------------------------------------------------------ line metrics
+
+void RichTextSurface::setTextWidth(qreal width)
+{
+    textWidth_ = width;
+    doc_->setTextWidth(width);
+}
+
+namespace {
+
+// Lines of a block as laid out at the document's text width.
+int linesOf(const QTextBlock& b)
+{
+    const QTextLayout* layout = b.layout();
+    return layout ? std::max(1, layout->lineCount()) : 1;
+}
+
+void ensureLayout(QTextDocument* doc)
+{
+    doc->documentLayout()->blockBoundingRect(doc->lastBlock());
+}
+
+}  // namespace
+
+long RichTextSurface::GetLineCount() const
+{
+    if (textWidth_ < 0)
+        return doc_->blockCount();
+    ensureLayout(doc_);
+    long n = 0;
+    for (QTextBlock b = doc_->begin(); b.isValid(); b = b.next())
+        n += linesOf(b);
+    return n;
+}
+
+long RichTextSurface::LineIndex(long line) const
+{
+    if (line < 0)
+        return -1;
+    if (textWidth_ < 0) {
+        const QTextBlock b = doc_->findBlockByNumber(int(line));
+        return b.isValid() ? b.position() + b.blockNumber() : -1;
+    }
+    ensureLayout(doc_);
+    long n = 0;
+    for (QTextBlock b = doc_->begin(); b.isValid(); b = b.next()) {
+        const int lines = linesOf(b);
+        if (line < n + lines) {
+            const QTextLayout* layout = b.layout();
+            const int k = int(line - n);
+            const int textStart = layout && layout->lineCount() > k ? layout->lineAt(k).textStart() : 0;
+            return b.position() + b.blockNumber() + textStart;
+        }
+        n += lines;
+    }
+    return -1;
+}
+
+long RichTextSurface::LineFromChar(long pos) const
+{
+    const int d = toDocPos(pos);
+    const QTextBlock block = doc_->findBlock(d);
+    if (textWidth_ < 0)
+        return block.blockNumber();
+    ensureLayout(doc_);
+    long n = 0;
+    for (QTextBlock b = doc_->begin(); b.isValid() && b != block; b = b.next())
+        n += linesOf(b);
+    const QTextLayout* layout = block.layout();
+    if (layout && layout->lineCount() > 0) {
+        const QTextLine line = layout->lineForTextPosition(d - block.position());
+        if (line.isValid())
+            n += line.lineNumber();
+        else
+            n += layout->lineCount() - 1;
+    }
+    return n;
+}
+
+long RichTextSurface::LineLength(long pos) const
+{
+    const int d = toDocPos(pos);
+    const QTextBlock block = doc_->findBlock(d);
+    if (textWidth_ < 0)
+        return block.length() - 1;
+    ensureLayout(doc_);
+    const QTextLayout* layout = block.layout();
+    if (!layout || layout->lineCount() == 0)
+        return block.length() - 1;
+    QTextLine line = layout->lineForTextPosition(d - block.position());
+    if (!line.isValid())
+        line = layout->lineAt(layout->lineCount() - 1);
+    return std::min(line.textLength(), block.length() - 1 - line.textStart());
+}
+
+// -------------------------------------------------------------- clipboard
+
+void RichTextSurface::Copy() const
+{
+    if (!cursor_.hasSelection())
+        return;
+    auto* mime = new QMimeData;
+    const QByteArray rtf = SelRTF().toLatin1();
+    mime->setData(QStringLiteral("text/rtf"), rtf);
+    mime->setData(QStringLiteral("application/rtf"), rtf);
+    QString text = SelText();
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    mime->setText(text);
+    QGuiApplication::clipboard()->setMimeData(mime);
+}
+
+void RichTextSurface::Cut()
+{
+    if (!cursor_.hasSelection())
+        return;
+    Copy();
+    setSelText(QString());
+}
+
+void RichTextSurface::Paste()
+{
+    const QMimeData* mime = QGuiApplication::clipboard()->mimeData();
+    if (!mime)
+        return;
+    for (const char* type : {"text/rtf", "application/rtf", "text/richtext"}) {
+        if (mime->hasFormat(QLatin1String(type))) {
+            setSelRTF(QString::fromLatin1(mime->data(QLatin1String(type))));
+            return;
+        }
+    }
+    if (mime->hasText())
+        setSelText(mime->text());
+}
+
+void RichTextSurface::GetZoom(int& numerator, int& denominator) const
+{
+    numerator = zoomNum_;
+    denominator = zoomDen_;
+}
+
+void RichTextSurface::SetZoom(int numerator, int denominator)
+{
+    // 0/0 turns zoom off; otherwise the ratio must lie between 1/64 and 64.
+    if (numerator == 0 && denominator == 0) {
+        zoomNum_ = zoomDen_ = 0;
+    } else if (numerator > 0 && denominator > 0 && numerator <= denominator * 64 && denominator <= numerator * 64) {
+        zoomNum_ = numerator;
+        zoomDen_ = denominator;
+    } else {
+        return;
+    }
+    emit zoomChanged();
+}
+
+}  // namespace tornelia

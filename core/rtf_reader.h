@@ -1,0 +1,26 @@
+#pragma once
+
+// Reads RTF from any producer into a QTextDocument at a cursor.
+
+#include <QStringView>
+#include <QTextCharFormat>
+#include <QTextCursor>
+
+namespace tornelia {
+
+struct RtfReadOptions {
+    // A whole document: a last \par before the closing brace ends the last
+    // paragraph and opens no new one, and the last paragraph takes the
+    // paragraph words in force at the end. An insertion makes every \par a
+    // break and leaves the format of the paragraph it ends in alone.
+    bool wholeDocument = true;
+    // Font and size when the RTF names none.
+    QTextCharFormat baseFormat;
+};
+
+// Inserts the RTF at the cursor (replacing nothing: remove the selection
+// first). The cursor ends behind what was inserted. Never throws; malformed
+// input gives whatever could be read.
+void readRtf(QStringView rtf, QTextCursor& cursor, const RtfReadOptions& options);
+
+}  // namespace tornelia

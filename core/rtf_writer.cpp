@@ -1,0 +1,409 @@
+#include "core/rtf_writer.h"
+
+#include "core/codepage.h"
+#include "core/picture.h"
+#include "core/rich_text_surface.h"
+#include "core/text_format.h"
+
+#include <QHash>
+#include <QTextBlock>
+#include <QTextList>
+
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+namespace tornelia {
+namespace {
+
+struct FontEntry {
+    QString name;
+    QString kind;
+    int charset = 0;
+    int pitch = -1;
+    bool operator==(const FontEntry&) const = default;
+};
+
+struct CharWords {
+    int font = 0;
+    int halfPoints = 20;
+    int cf = 0;
+    int highlight = 0;
+    QString underline = QStringLiteral("ulnone");
+    bool bold = false;
+    bool italic = false;
+    bool strike = false;
+    bool hidden = false;
+    bool caps = false;
+    int offset = 0;
+    bool symbol = false;   // the font is a symbol font: bytes, not characters
+    bool western = true;   // the font's code page is Windows-1252
+};
+
+struct ParaWords {
+    int align = 0;
+    int li = 0;
+    int ri = 0;
+    int fi = 0;
+    bool bullet = false;
+    bool operator==(const ParaWords&) const = default;
+};
+
+ParaWords paraWordsOf(const QTextBlock& block)
+{
+    const QTextBlockFormat f = block.blockFormat();
+    return ParaWords{alignmentOf(f), twipsOf(f, prop::LeftIndent), twipsOf(f, prop::RightIndent),
+                     twipsOf(f, prop::FirstIndent), block.textList() != nullptr};
+}
+
+class Writer {
+public:
+    Writer(const QTextDocument& doc, int from, int to, bool whole, const QTextCharFormat& def)
+        : doc_(doc), from_(from), to_(to), whole_(whole), default_(def)
+    {
+    }
+
+    QString run();
+
+private:
+    int fontIndex(const QTextCharFormat& f);
+    int colourIndex(qint64 colour);
+    const CharWords& wordsOf(const QTextCharFormat& f, int formatIndex);
+    void writeCharWords(const CharWords& w);
+    void writeParaWords(const ParaWords& p, bool first);
+    void writeText(QStringView text, const CharWords& w);
+    void word(const char* w) { out_ += QLatin1String(w); needBlank_ = true; }
+    void word(const char* w, int n)
+    {
+        out_ += QLatin1String(w);
+        out_ += QString::number(n);
+        needBlank_ = true;
+    }
+
+    const QTextDocument& doc_;
+    int from_;
+    int to_;
+    bool whole_;
+    QTextCharFormat default_;
+    std::vector<FontEntry> fonts_;
+    std::vector<Colour> colours_;
+    QHash<quint32, int> colourIndex_;
+    int symbolFont_ = -1;
+    std::unordered_map<int, CharWords> wordCache_;
+    std::optional<CharWords> last_;
+    QString out_;
+    bool needBlank_ = false;
+};
+
+int Writer::fontIndex(const QTextCharFormat& f)
+{
+    FontEntry e;
+    e.name = fontNameOf(f);
+    if (e.name.isEmpty())
+        e.name = fontNameOf(default_);
+    const QString kind = f.stringProperty(prop::FontKind);
+    e.kind = kind.isEmpty() ? defaultFontKind(e.name) : kind;
+    e.charset = f.hasProperty(prop::FontCharset) && f.intProperty(prop::FontCharset) >= 0
+                    ? f.intProperty(prop::FontCharset)
+                    : defaultFontCharset(e.name);
+    e.pitch = f.hasProperty(prop::FontPitch) ? f.intProperty(prop::FontPitch) : -1;
+    for (size_t i = 0; i < fonts_.size(); ++i)
+        if (fonts_[i] == e)
+            return int(i);
+    fonts_.push_back(e);
+    return int(fonts_.size() - 1);
+}
+
+int Writer::colourIndex(qint64 colour)
+{
+    if (colour < 0)
+        return 0;
+    auto it = colourIndex_.find(quint32(colour));
+    if (it != colourIndex_.end())
+        return it.value();
+    colours_.push_back(Colour(colour));
+    const int index = int(colours_.size());
+    colourIndex_.insert(quint32(colour), index);
+    return index;
+}
+
+const CharWords& Writer::wordsOf(const QTextCharFormat& f, int formatIndex)
+{
+    auto it = wordCache_.find(formatIndex);
+    if (it != wordCache_.end())
+        return it->second;
+    CharWords w;
+    w.font = fontIndex(f);
+    w.halfPoints = halfPointsOf(f, default_);
+    w.cf = colourIndex(foregroundOf(f));
+    w.highlight = colourIndex(highlightOf(f));
+    w.underline = underlineKindOf(f) == UnderlineKind::None ? QStringLiteral("ulnone") : underlineWord(f);
+    w.bold = f.fontWeight() >= QFont::DemiBold;
+    w.italic = f.fontItalic();
+    w.strike = f.fontStrikeOut();
+    w.hidden = isHidden(f);
+    w.caps = isCaps(f);
+    w.offset = offsetHalfPointsOf(f);
+    const int charset = fonts_[size_t(w.font)].charset;
+    w.symbol = charset == 2;
+    w.western = charset == 0 || charset == 1;
+    return wordCache_.emplace(formatIndex, w).first->second;
+}
+
+void Writer::writeCharWords(const CharWords& w)
+{
+    const bool all = !last_.has_value();
+    const CharWords& l = all ? w : *last_;
+    if (all) {
+        // The first run names everything that is not the default, with the
+        // font and the two-digit size last: the size's blank ends the head.
+        if (w.cf) word("\\cf", w.cf);
+        if (w.highlight) word("\\highlight", w.highlight);
+        if (w.underline != QLatin1String("ulnone")) { out_ += u'\\' + w.underline; needBlank_ = true; }
+        if (w.bold) word("\\b");
+        if (w.italic) word("\\i");
+        if (w.strike) word("\\strike");
+        if (w.hidden) word("\\v");
+        if (w.offset > 0) word("\\up", w.offset);
+        if (w.offset < 0) word("\\dn", -w.offset);
+        if (w.caps) word("\\caps");
+        word("\\f", w.font);
+        word("\\fs", w.halfPoints);
+    } else {
+        if (w.cf != l.cf) word("\\cf", w.cf);
+        if (w.highlight != l.highlight) word("\\highlight", w.highlight);
+        if (w.underline != l.underline) { out_ += u'\\' + w.underline; needBlank_ = true; }
+        if (w.bold != l.bold) word(w.bold ? "\\b" : "\\b0");
+        if (w.italic != l.italic) word(w.italic ? "\\i" : "\\i0");
+        if (w.strike != l.strike) word(w.strike ? "\\strike" : "\\strike0");
+        if (w.hidden != l.hidden) word(w.hidden ? "\\v" : "\\v0");
+        if (w.offset != l.offset) {
+            if (w.offset > 0) word("\\up", w.offset);
+            else if (w.offset < 0) word("\\dn", -w.offset);
+            else word("\\up0");
+        }
+        if (w.caps != l.caps) word(w.caps ? "\\caps" : "\\caps0");
+        if (w.font != l.font) word("\\f", w.font);
+        if (w.halfPoints != l.halfPoints) word("\\fs", w.halfPoints);
+    }
+    last_ = w;
+}
+
+void Writer::writeParaWords(const ParaWords& p, bool first)
+{
+    if (!first)
+        word("\\pard");
+    if (p.bullet) {
+        out_ += QStringLiteral("{\\pntext\\f%1\\'B7\\tab}{\\*\\pn\\pnlvlblt\\pnf%1\\pnindent0{\\pntxtb\\'B7}}").arg(symbolFont_);
+        needBlank_ = false;
+    }
+    if (p.fi) word("\\fi", p.fi);
+    if (p.li) word("\\li", p.li);
+    if (p.ri) word("\\ri", p.ri);
+    if (p.align == 1) word("\\qr");
+    if (p.align == 2) word("\\qc");
+    if (p.align == 3) word("\\qj");
+}
+
+void Writer::writeText(QStringView text, const CharWords& w)
+{
+    auto blank = [this] {
+        if (needBlank_) {
+            out_ += u' ';
+            needBlank_ = false;
+        }
+    };
+    auto hex = [this](int b) {
+        static const char digits[] = "0123456789abcdef";
+        out_ += QLatin1String("\\'");
+        out_ += QLatin1Char(digits[(b >> 4) & 0xF]);
+        out_ += QLatin1Char(digits[b & 0xF]);
+        needBlank_ = false;
+    };
+    auto unicode = [this](char16_t c) {
+        out_ += QLatin1String("\\u");
+        out_ += QString::number(c > 32767 ? int(c) - 65536 : int(c));
+        out_ += u'?';
+        needBlank_ = false;
+    };
+    for (const QChar qc : text) {
+        const char16_t c = qc.unicode();
+        if (c == '\\' || c == '{' || c == '}') {
+            blank();
+            out_ += u'\\';
+            out_ += qc;
+        } else if (c == '\t') {
+            word("\\tab");
+        } else if (c == QChar::LineSeparator) {
+            word("\\line");
+        } else if (c == 0x2011) {
+            out_ += QLatin1String("\\_");
+            needBlank_ = false;
+        } else if (w.symbol) {
+            // Symbol fonts carry bytes, read back into the private use area.
+            if (c >= 0xF020 && c <= 0xF0FF) {
+                const int b = c - 0xF000;
+                if (b < 0x80 && b != '\\' && b != '{' && b != '}') {
+                    blank();
+                    out_ += QChar(char16_t(b));
+                } else {
+                    hex(b);
+                }
+            } else if (c < 0x20) {
+                hex(c);
+            } else {
+                unicode(c);
+            }
+        } else if (c < 0x20) {
+            hex(c);
+        } else if (c < 0x80) {
+            blank();
+            out_ += qc;
+        } else if (const int b = w.western ? cp1252Byte(c) : -1; b >= 0) {
+            hex(b);
+        } else {
+            unicode(c);
+        }
+    }
+}
+
+QString Writer::run()
+{
+    // What the body holds, decided once so that the tables and the body agree.
+    struct Item {
+        enum Kind { Para, Run, Picture, MarkFormat, Break } kind;
+        ParaWords para;
+        int formatKey = 0;
+        QTextCharFormat format;
+        QString text;
+    };
+    std::vector<Item> items;
+    bool anyFormat = false;
+    bool anyBullet = false;
+    QTextBlock block = doc_.findBlock(from_);
+    for (bool first = true; block.isValid() && (first || block.position() < to_); first = false, block = block.next()) {
+        const int start = block.position();
+        const int sep = start + block.length() - 1;
+        const int a = std::max(from_, start);
+        const int b = std::max(a, std::min(to_, sep));
+        const bool writesBreak = whole_ || (sep < to_ && block.next().isValid());
+        Item para{Item::Para, paraWordsOf(block)};
+        anyBullet = anyBullet || para.para.bullet;
+        items.push_back(para);
+        bool any = false;
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment frag = it.fragment();
+            const int fs = frag.position();
+            const int fe = fs + frag.length();
+            if (fe <= a || fs >= b)
+                continue;
+            const int lo = std::max(fs, a);
+            const int hi = std::min(fe, b);
+            Item item{frag.charFormat().isImageFormat() ? Item::Picture : Item::Run, {}};
+            item.formatKey = frag.charFormatIndex();
+            item.format = frag.charFormat();
+            item.text = frag.text().mid(lo - fs, hi - lo);
+            items.push_back(std::move(item));
+            any = true;
+            anyFormat = anyFormat || items.back().kind == Item::Run;
+        }
+        if (!any && writesBreak && block.length() == 1) {
+            // An empty paragraph keeps the format its mark has.
+            Item mark{Item::MarkFormat, {}};
+            mark.formatKey = -1 - block.blockNumber();
+            mark.format = block.charFormat();
+            items.push_back(mark);
+            anyFormat = true;
+        }
+        if (writesBreak)
+            items.push_back(Item{Item::Break, {}});
+    }
+    if (!anyFormat) {
+        // Nothing but a caret or pictures: name the caret's format all the same.
+        QTextCursor c(const_cast<QTextDocument*>(&doc_));
+        c.setPosition(from_);
+        Item mark{Item::MarkFormat, {}};
+        mark.formatKey = -1000000;
+        mark.format = c.charFormat();
+        items.insert(items.begin() + 1, mark);
+    }
+
+    // First pass: fonts and colours in order of first use.
+    for (const Item& item : items)
+        if (item.kind == Item::Run || item.kind == Item::MarkFormat)
+            wordsOf(item.format, item.formatKey);
+    if (anyBullet) {
+        fonts_.push_back(FontEntry{QStringLiteral("Symbol"), QStringLiteral("fnil"), 2, -1});
+        symbolFont_ = int(fonts_.size() - 1);
+    }
+
+    out_.reserve(256 + (to_ - from_) * 2);
+    out_ += QLatin1String("{\\rtf1\\ansi\\ansicpg1252\\deff0\\deflang1040{\\fonttbl");
+    for (size_t i = 0; i < fonts_.size(); ++i) {
+        const FontEntry& f = fonts_[i];
+        out_ += QStringLiteral("{\\f%1\\%2").arg(i).arg(f.kind.isEmpty() ? QStringLiteral("fnil") : f.kind);
+        if (f.pitch >= 0)
+            out_ += QStringLiteral("\\fprq%1").arg(f.pitch);
+        out_ += QStringLiteral("\\fcharset%1 ").arg(f.charset);
+        needBlank_ = false;
+        writeText(f.name, CharWords{});
+        out_ += QLatin1String(";}");
+    }
+    out_ += QLatin1String("}\r\n");
+    if (!colours_.empty()) {
+        out_ += QLatin1String("{\\colortbl ;");
+        for (Colour c : colours_)
+            out_ += QStringLiteral("\\red%1\\green%2\\blue%3;").arg(c & 0xFF).arg((c >> 8) & 0xFF).arg((c >> 16) & 0xFF);
+        out_ += QLatin1String("}\r\n");
+    }
+    out_ += QLatin1String("\\viewkind4\\uc1\\pard");
+    needBlank_ = true;
+
+    // Second pass: the body.
+    std::optional<ParaWords> prevPara;
+    for (const Item& item : items) {
+        switch (item.kind) {
+        case Item::Para:
+            if (!prevPara || !(item.para == *prevPara)) {
+                writeParaWords(item.para, !prevPara.has_value());
+            } else if (item.para.bullet) {
+                out_ += QStringLiteral("{\\pntext\\f%1\\'B7\\tab}").arg(symbolFont_);
+                needBlank_ = false;
+            }
+            prevPara = item.para;
+            break;
+        case Item::Run: {
+            const CharWords& w = wordsOf(item.format, item.formatKey);
+            writeCharWords(w);
+            writeText(item.text, w);
+            break;
+        }
+        case Item::Picture: {
+            const QString group = QString::fromLatin1(pictureGroup(doc_, item.format.toImageFormat()));
+            for (qsizetype k = 0; k < item.text.size(); ++k)
+                out_ += group;
+            needBlank_ = false;
+            break;
+        }
+        case Item::MarkFormat:
+            writeCharWords(wordsOf(item.format, item.formatKey));
+            break;
+        case Item::Break:
+            out_ += QLatin1String("\\par\r\n");
+            needBlank_ = false;
+            break;
+        }
+    }
+    out_ += QLatin1String("}\r\n");
+    return out_;
+}
+
+}  // namespace
+
+QString writeRtf(const QTextDocument& doc, int from, int to, bool wholeDocument, const QTextCharFormat& defaultFormat)
+{
+    Writer writer(doc, from, to, wholeDocument, defaultFormat);
+    return writer.run();
+}
+
+}  // namespace tornelia
