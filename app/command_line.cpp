@@ -135,6 +135,9 @@ int runGui(QApplication& app, const QString& path)
 {
     AppContext::ensureDataFolder();
     installItalianTranslation(app);
+    // Outside a desktop that names an icon theme, the icons come from the
+    // one the install script brings.
+    QIcon::setFallbackThemeName(QStringLiteral("Adwaita"));
     QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("accessories-text-editor")));
 
     Ports ports{std::make_unique<GuiMessagePort>(), std::make_unique<GuiDialogPort>(),

@@ -13,6 +13,7 @@
 #include <QMouseEvent>
 #include <QResizeEvent>
 #include <QScrollBar>
+#include <QStyleOptionGraphicsItem>
 #include <QTextBlock>
 #include <QTextLayout>
 #include <QTimer>
@@ -76,6 +77,14 @@ bool isTypedText(const QString& text)
 class EditorTextItem : public QGraphicsTextItem {
 public:
     explicit EditorTextItem(EditorView& view) : view_(view) {}
+
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override
+    {
+        // The item is the whole page: no dashed focus frame around it.
+        QStyleOptionGraphicsItem plain(*option);
+        plain.state &= ~(QStyle::State_HasFocus | QStyle::State_Selected);
+        QGraphicsTextItem::paint(painter, &plain, widget);
+    }
 
 protected:
     void keyPressEvent(QKeyEvent* e) override;
