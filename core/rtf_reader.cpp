@@ -342,6 +342,8 @@ private:
     void emitObject(const QByteArray& raw, const QImage& image, QSize goalTwips);
     void finishPicture();
     void commitFont();
+    void flushFontName();
+    int fontCodePage(const FontDef& def) const;
     int codePageOf(int font) const;
     const QTextCharFormat& formatOf(const CharState& s);
     ByteDecoder& decoder(int codePage);
@@ -362,6 +364,7 @@ private:
     FontDef curFont_;
     int curFontIndex_ = -1;
     std::string fontNameBytes_;
+    QString fontName_;
 
     std::vector<std::optional<QColor>> colours_;
     int red_ = 0, green_ = 0, blue_ = 0;
@@ -508,7 +511,7 @@ void Reader::closeGroup(qsizetype at)
     if (stack_.size() == 1)
         done_ = true;
     const Dest parent = stack_.back().dest;
-    if (closing.dest == Dest::FontTable && !fontNameBytes_.empty())
+    if (closing.dest == Dest::FontTable && (!fontNameBytes_.empty() || !fontName_.isEmpty()))
         commitFont();
     if (closing.dest == Dest::Pict && parent != Dest::Pict) {
         const QByteArray raw = src_.sliced(closing.start, at - closing.start + 1).toLatin1();
@@ -553,7 +556,7 @@ void Reader::controlWord(std::string_view name, bool hasParam, int param)
     if (g.dest == Dest::FontTable) {
         switch (w->id) {
         case Id::F:
-            if (!fontNameBytes_.empty())
+            if (!fontNameBytes_.empty() || !fontName_.isEmpty())
                 commitFont();
             curFontIndex_ = value;
             curFont_ = FontDef{};
@@ -562,6 +565,17 @@ void Reader::controlWord(std::string_view name, bool hasParam, int param)
         case Id::Fprq: curFont_.pitch = value; return;
         case Id::Cpg: curFont_.codePage = value; return;
         case Id::FontFamily: curFont_.kind = QString::fromLatin1(name.data(), qsizetype(name.size())); return;
+        case Id::Uc: g.uc = std::clamp(value, 0, 16); return;
+        case Id::U:
+            // Names beyond the font's code page come as \u, between bytes that do not.
+            if (hasParam) {
+                flushFontName();
+                const int v = param < 0 ? param + 65536 : param;
+                if (v > 0 && v <= 0xFFFF)
+                    fontName_.append(QChar(char16_t(v)));
+                ucSkip_ = g.uc;
+            }
+            return;
         default:
             if (w->kind == Kind::Destination)
                 g.dest = Dest::Skip;
@@ -615,7 +629,13 @@ void Reader::controlWord(std::string_view name, bool hasParam, int param)
     }
 
     switch (w->id) {
-    case Id::Fonttbl: g.dest = Dest::FontTable; curFontIndex_ = -1; curFont_ = FontDef{}; fontNameBytes_.clear(); break;
+    case Id::Fonttbl:
+        g.dest = Dest::FontTable;
+        curFontIndex_ = -1;
+        curFont_ = FontDef{};
+        fontNameBytes_.clear();
+        fontName_.clear();
+        break;
     case Id::Colortbl: g.dest = Dest::ColorTable; red_ = green_ = blue_ = 0; colourSet_ = false; break;
     case Id::Pict: g.dest = Dest::Pict; pict_ = PictState{}; break;
     case Id::Object: flushText(); g.dest = Dest::Object; break;
@@ -757,7 +777,7 @@ void Reader::textChar(char16_t c)
         if (c == ';')
             commitFont();
         else if (c > 0xFF)
-            fontNameBytes_ += QString(QChar(c)).toUtf8().toStdString();
+            flushFontName(), fontName_.append(QChar(c));
         else
             fontNameBytes_.push_back(char(c));
         break;
@@ -957,25 +977,39 @@ void Reader::finishPicture()
     pict_.goalh = std::clamp(scaled(pict_.goalh, pict_.scaley), 0, 31680 * 4);
 }
 
+int Reader::fontCodePage(const FontDef& def) const
+{
+    if (def.charset == 2)
+        return kSymbolCodePage;
+    if (def.codePage > 0)
+        return def.codePage;
+    if (def.charset >= 0 && def.charset != 1)
+        return codePageOfCharset(def.charset);
+    return 0;
+}
+
+void Reader::flushFontName()
+{
+    if (fontNameBytes_.empty())
+        return;
+    const int cp = fontCodePage(curFont_);
+    ByteDecoder dec(cp == kSymbolCodePage ? 1252 : (cp > 0 ? cp : ansiCodePage_));
+    dec.decode(fontNameBytes_.data(), qsizetype(fontNameBytes_.size()), fontName_);
+    fontNameBytes_.clear();
+}
+
 void Reader::commitFont()
 {
-    std::string name = fontNameBytes_;
-    fontNameBytes_.clear();
-    while (!name.empty() && (name.back() == ' ' || name.back() == ';'))
-        name.pop_back();
-    size_t startAt = 0;
-    while (startAt < name.size() && name[startAt] == ' ')
-        ++startAt;
-    if (curFontIndex_ < 0 || startAt >= name.size())
+    flushFontName();
+    QString name = fontName_.trimmed();
+    fontName_.clear();
+    while (name.endsWith(u';'))
+        name.chop(1);
+    if (curFontIndex_ < 0 || name.isEmpty())
         return;
     FontDef def = curFont_;
-    if (def.charset == 2)
-        def.codePage = kSymbolCodePage;
-    else if (def.codePage <= 0 && def.charset >= 0 && def.charset != 1)
-        def.codePage = codePageOfCharset(def.charset);
-    const int cp = def.codePage == kSymbolCodePage ? 1252 : (def.codePage > 0 ? def.codePage : ansiCodePage_);
-    ByteDecoder dec(cp);
-    dec.decode(name.data() + startAt, qsizetype(name.size() - startAt), def.name);
+    def.codePage = fontCodePage(def);
+    def.name = name;
     fonts_[curFontIndex_] = def;
     curFontIndex_ = -1;
     formatCache_.clear();

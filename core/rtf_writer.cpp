@@ -281,7 +281,7 @@ QString Writer::run()
     bool anyFormat = false;
     bool anyBullet = false;
     QTextBlock block = doc_.findBlock(from_);
-    for (bool first = true; block.isValid() && (first || block.position() < to_); first = false, block = block.next()) {
+    for (bool first = true; block.isValid() && (first || whole_ || block.position() < to_); first = false, block = block.next()) {
         const int start = block.position();
         const int sep = start + block.length() - 1;
         const int a = std::max(from_, start);
