@@ -99,7 +99,7 @@ void AppContext::openAtStart(const QString& commandLine)
                 // holding plain text opens as text.
                 t.setFileName(path);
             }
-        } catch (const SurfaceError&) {
+        } catch (const std::exception&) {
             // An unreadable file opens nothing, as a missing one.
             t.recordFileName(before);
         }

@@ -17,6 +17,7 @@
 #include <QTranslator>
 
 #include <cstdio>
+#include <exception>
 #include <memory>
 
 namespace tornelia {
@@ -287,7 +288,12 @@ int runTornelia(int argc, char** argv)
             qputenv("QT_QPA_PLATFORM", "offscreen");
         qInstallMessageHandler(quietMessages);
         QGuiApplication app(argc, argv);
-        return runHeadless(cl);
+        try {
+            return runHeadless(cl);
+        } catch (const std::exception& e) {
+            fail(QStringLiteral("errore inaspettato: ") + QString::fromUtf8(e.what()));
+            return 1;
+        }
     }
 
     QApplication app(argc, argv);

@@ -14,6 +14,7 @@
 #include <QStatusBar>
 
 #include <algorithm>
+#include <exception>
 
 namespace tornelia {
 
@@ -164,7 +165,7 @@ void MainWindow::runCommand(const std::function<void()>& command)
 {
     try {
         command();
-    } catch (const SurfaceError& e) {
+    } catch (const std::exception& e) {
         ctx_.document().mostraMsg(QStringLiteral("Errore"),
                                   QStringLiteral("Errore inaspettato!\n") + QString::fromUtf8(e.what()), 0, 3);
     }
@@ -186,7 +187,7 @@ bool MainWindow::confirmClose()
         return true;
     try {
         doc.Salvare(QString());
-    } catch (const SurfaceError& e) {
+    } catch (const std::exception& e) {
         doc.mostraMsg(QStringLiteral("Errore"), QStringLiteral("Errore inaspettato!\n") + QString::fromUtf8(e.what()), 0, 3);
         return false;
     }

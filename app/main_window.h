@@ -50,8 +50,8 @@ private:
     void buildStatusBar();
     QAction* addCommand(QMenu* menu, const QString& name, const QString& caption, const QString& icon,
                         const QKeySequence& shortcut, std::function<void()> command);
-    // Runs a command of the document; a file the surface cannot write is
-    // told to the user instead of ending the program.
+    // Runs a command of the document; an error that rises out of it is told
+    // to the user instead of ending the program.
     void runCommand(const std::function<void()>& command);
     // True when the window may close: unsaved work has been saved or given up.
     bool confirmClose();

@@ -228,6 +228,22 @@ TEST_F(MainWindowTest, FileMenuHasItsCommandsInOrder)
     EXPECT_EQ(window.action(QStringLiteral("mnuApri"))->shortcut(), QKeySequence(QStringLiteral("Ctrl+O")));
     EXPECT_EQ(window.action(QStringLiteral("mnuSalva"))->shortcut(), QKeySequence(QStringLiteral("Ctrl+S")));
     EXPECT_EQ(window.statusPanel(1)->text(), QStringLiteral("Nessun documento salvato"));
+
+    // "&Apri" goes through the chooser to the document, and the window shows
+    // what the open did.
+    const QString file = t.folder.filePath(QStringLiteral("appunti.txt"));
+    {
+        QFile f(file);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write("prima\r\nseconda");
+    }
+    t.dialogs->openPath = file;
+    window.action(QStringLiteral("mnuApri"))->trigger();
+    EXPECT_EQ(testo().Text(), QStringLiteral("prima\r\nseconda"));
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Tornelia - appunti.txt"));
+    EXPECT_EQ(window.statusPanel(1)->text(), QStringLiteral("Documento aperto: ") + file);
+    EXPECT_FALSE(window.progressStrip()->isVisible());
+    EXPECT_TRUE(t.messages->said.isEmpty());
 }
 
 TEST_F(MainWindowTest, ClosingAsksAboutUnsavedWork)
