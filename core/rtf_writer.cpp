@@ -228,11 +228,7 @@ void Writer::writeText(QStringView text, const CharWords& w)
     };
     for (const QChar qc : text) {
         const char16_t c = qc.unicode();
-        if (c == '\\' || c == '{' || c == '}') {
-            blank();
-            out_ += u'\\';
-            out_ += qc;
-        } else if (c == '\t') {
+        if (c == '\t') {
             word("\\tab");
         } else if (c == QChar::LineSeparator) {
             word("\\line");
@@ -240,7 +236,8 @@ void Writer::writeText(QStringView text, const CharWords& w)
             out_ += QLatin1String("\\_");
             needBlank_ = false;
         } else if (w.symbol) {
-            // Symbol fonts carry bytes, read back into the private use area.
+            // Symbol fonts carry bytes, read back into the private use area;
+            // any other character, an escaped brace included, goes as \u.
             if (c >= 0xF020 && c <= 0xF0FF) {
                 const int b = c - 0xF000;
                 if (b < 0x80 && b != '\\' && b != '{' && b != '}') {
@@ -254,6 +251,10 @@ void Writer::writeText(QStringView text, const CharWords& w)
             } else {
                 unicode(c);
             }
+        } else if (c == '\\' || c == '{' || c == '}') {
+            blank();
+            out_ += u'\\';
+            out_ += qc;
         } else if (c < 0x20) {
             hex(c);
         } else if (c < 0x80) {

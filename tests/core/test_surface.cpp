@@ -1,0 +1,395 @@
+#include "core/rich_text_surface.h"
+#include "core/run_dump.h"
+#include "rtf_support.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTextBlock>
+
+#include <random>
+
+using namespace tornelia;
+
+namespace {
+
+std::string str(const QString& s) { return s.toStdString(); }
+
+QString readFile(const QString& path)
+{
+    QFile f(path);
+    f.open(QIODevice::ReadOnly);
+    return QString::fromLatin1(f.readAll());
+}
+
+}  // namespace
+
+// Positions count a paragraph break as CR LF, as Text does.
+TEST(Surface, PositionsCountABreakAsTwo)
+{
+    RichTextSurface s;
+    EXPECT_EQ(s.Text(), QString());
+    EXPECT_EQ(s.length(), 0);
+    s.setText(QStringLiteral("ab\r\ncd\r\n\r\nef"));
+    EXPECT_EQ(s.length(), 12);
+    EXPECT_EQ(str(s.Text()), "ab\r\ncd\r\n\r\nef");
+
+    // Every position of Text maps to the document and back; the one between
+    // CR and LF is the end of its paragraph.
+    const long expected[] = {0, 1, 2, 2, 4, 5, 6, 6, 8, 8, 10, 11, 12};
+    for (long p = 0; p <= 12; ++p)
+        EXPECT_EQ(s.fromDocPos(s.toDocPos(p)), expected[p]) << p;
+
+    s.setSelStart(4);
+    s.setSelLength(6);
+    EXPECT_EQ(str(s.SelText()), "cd\r\n\r\n");
+    EXPECT_EQ(s.SelLength(), 6);
+
+    // Beyond the end goes to the end; negative is an error the caller skips.
+    s.setSelStart(1000);
+    EXPECT_EQ(s.SelStart(), 12);
+    EXPECT_THROW(s.setSelStart(-1), SurfaceError);
+    EXPECT_EQ(s.SelStart(), 12);
+    s.setSelStart(10);
+    s.setSelLength(1000);
+    EXPECT_EQ(s.SelLength(), 2);
+}
+
+// Sel… properties read "no single value" over mixed selections, for every
+// character and paragraph property.
+TEST(Surface, MixedSelectionsReadAsNull)
+{
+    RichTextSurface s;
+    s.setText(QStringLiteral("ab\r\ncd"));
+    s.setSelStart(1);
+    s.setSelLength(1);
+    s.setSelBold(true);
+    s.setSelItalic(true);
+    s.setSelUnderline(true);
+    s.setSelStrikeThru(true);
+    s.setSelColor(0x00FF00);
+    s.setSelCharOffset(50);
+    s.setSelFontName(QStringLiteral("Arial"));
+    s.setSelFontSize(14);
+    s.setSelHidden(true);
+    s.setSelCaps(true);
+    s.setSelHighlight(0x123456);
+    s.setSelStart(4);
+    s.setSelAlignment(2);
+    s.setSelIndent(567);
+    s.setSelRightIndent(283);
+    s.setSelBullet(true);
+
+    s.setSelStart(0);
+    s.setSelLength(6);
+    EXPECT_FALSE(s.SelBold());
+    EXPECT_FALSE(s.SelItalic());
+    EXPECT_FALSE(s.SelUnderline());
+    EXPECT_FALSE(s.SelStrikeThru());
+    EXPECT_FALSE(s.SelColor());
+    EXPECT_FALSE(s.SelCharOffset());
+    EXPECT_FALSE(s.SelFontName());
+    EXPECT_FALSE(s.SelFontSize());
+    EXPECT_FALSE(s.SelHidden());
+    EXPECT_FALSE(s.SelCaps());
+    EXPECT_FALSE(s.SelHighlight());
+    EXPECT_FALSE(s.SelAlignment());
+    EXPECT_FALSE(s.SelIndent());
+    EXPECT_FALSE(s.SelRightIndent());
+    EXPECT_FALSE(s.SelBullet());
+
+    // One character: every value is single and as set.
+    s.setSelStart(1);
+    s.setSelLength(1);
+    EXPECT_EQ(s.SelBold(), true);
+    EXPECT_EQ(s.SelColor(), Colour(0x00FF00));
+    EXPECT_EQ(s.SelCharOffset(), 50);
+    EXPECT_EQ(s.SelFontName(), QStringLiteral("Arial"));
+    EXPECT_EQ(s.SelFontSize(), 14.0f);
+    EXPECT_EQ(s.SelHighlight(), Colour(0x123456));
+    s.setSelStart(4);
+    s.setSelLength(2);
+    EXPECT_EQ(s.SelAlignment(), 2);
+    EXPECT_EQ(s.SelIndent(), 567.0f);
+    EXPECT_EQ(s.SelRightIndent(), 283.0f);
+    EXPECT_EQ(s.SelBullet(), true);
+    // Automatic colour reads as 0, not as Null; two colours are Null.
+    s.setSelStart(0);
+    s.setSelLength(1);
+    EXPECT_EQ(s.SelColor(), Colour(0));
+    s.setSelLength(2);
+    EXPECT_EQ(s.SelColor(), std::nullopt);
+    EXPECT_TRUE(test::wholeRoundTripHolds(s));
+}
+
+// SelText takes the format of the selection's start; at a bare caret a
+// format set through a Sel… write applies to the next text only.
+TEST(Surface, TypedTextTakesTheRightFormat)
+{
+    RichTextSurface s;
+    s.setTextRTF(QStringLiteral("{\\rtf1{\\fonttbl{\\f0 Tahoma;}}\\f0\\fs20 plain \\b bold\\b0  tail\\par}"));
+    s.setSelStart(6);
+    s.setSelLength(6);  // "bold t"... starts bold
+    s.setSelText(QStringLiteral("X"));
+    EXPECT_EQ(str(s.Text()), "plain Xail");
+    EXPECT_EQ(s.SelStart(), 7);
+    s.setSelStart(6);
+    s.setSelLength(1);
+    EXPECT_EQ(s.SelBold(), true);
+
+    // At a bare caret: italic for what comes next, and only until the caret moves.
+    s.setSelStart(10);
+    s.setSelItalic(true);
+    EXPECT_EQ(s.SelItalic(), true);
+    s.setSelText(QStringLiteral("YZ"));
+    s.setSelText(QStringLiteral("W"));  // goes on in the format of the character before
+    s.setSelStart(0);
+    s.setSelItalic(true);
+    s.setSelStart(1);
+    s.setSelText(QStringLiteral("V"));
+    EXPECT_EQ(str(s.Text()), "pVlain XailYZW");
+    s.setSelStart(11);
+    s.setSelLength(3);
+    EXPECT_EQ(s.SelItalic(), true);
+    s.setSelStart(1);
+    s.setSelLength(1);
+    EXPECT_EQ(s.SelItalic(), false);
+
+    // Paragraph breaks typed as CR LF, a deletion, the caret behind the text.
+    s.setSelStart(0);
+    s.setSelText(QStringLiteral("1\r\n2"));
+    EXPECT_EQ(s.SelStart(), 4);
+    s.setSelStart(0);
+    s.setSelLength(3);
+    s.setSelText(QString());
+    EXPECT_EQ(str(s.Text()), "2pVlain XailYZW");
+}
+
+TEST(Surface, FindHonoursRangeCaseWholeWordAndNoHighlight)
+{
+    RichTextSurface s;
+    s.setText(QStringLiteral("Cat catalog\r\ncat CAT"));
+    EXPECT_EQ(s.Find(QStringLiteral("cat")), 0);
+    EXPECT_EQ(s.SelStart(), 0);
+    EXPECT_EQ(s.SelLength(), 3);
+    EXPECT_EQ(s.Find(QStringLiteral("cat"), 1), 4);
+    EXPECT_EQ(s.Find(QStringLiteral("cat"), 1, -1, RichTextSurface::WholeWord), 13);
+    EXPECT_EQ(s.Find(QStringLiteral("CAT"), 0, -1, RichTextSurface::MatchCase), 17);
+    EXPECT_EQ(s.Find(QStringLiteral("cat"), 5, 13), -1);  // the match must end inside the range
+    EXPECT_EQ(s.Find(QStringLiteral("catalog"), 0, 11), 4);
+    s.setSelStart(2);
+    EXPECT_EQ(s.Find(QStringLiteral("cat"), 10, -1, RichTextSurface::NoHighlight | RichTextSurface::MatchCase), 13);
+    EXPECT_EQ(s.SelStart(), 2);
+    EXPECT_EQ(s.SelLength(), 0);
+    EXPECT_EQ(s.Find(QStringLiteral("dog")), -1);
+    EXPECT_EQ(s.Find(QString()), -1);
+}
+
+TEST(Surface, SpanExtendsOverOrOutsideASet)
+{
+    RichTextSurface s;
+    s.setText(QStringLiteral("one two  three"));
+    s.setSelStart(4);
+    s.Span(QStringLiteral(" "), true, true);  // forward to the next blank
+    EXPECT_EQ(str(s.SelText()), "two");
+    s.Span(QStringLiteral(" "), true, false);  // then over the blanks
+    EXPECT_EQ(str(s.SelText()), "two  ");
+    s.setSelStart(6);
+    s.Span(QStringLiteral(" "), false, true);  // backward to the word's start
+    EXPECT_EQ(str(s.SelText()), "tw");
+    EXPECT_EQ(s.SelStart(), 4);
+}
+
+// Without a text width lines are paragraphs; with one they are the wrapped
+// lines of the layout.
+TEST(Surface, LineMetricsFollowTheLayout)
+{
+    RichTextSurface s;
+    s.setText(QStringLiteral("first paragraph\r\n\r\nthird"));
+    EXPECT_EQ(s.GetLineCount(), 3);
+    EXPECT_EQ(s.LineIndex(0), 0);
+    EXPECT_EQ(s.LineIndex(1), 17);
+    EXPECT_EQ(s.LineIndex(2), 19);
+    EXPECT_EQ(s.LineIndex(3), -1);
+    EXPECT_EQ(s.LineFromChar(18), 1);
+    EXPECT_EQ(s.LineFromChar(20), 2);
+    EXPECT_EQ(s.LineLength(3), 15);
+    EXPECT_EQ(s.LineLength(17), 0);
+
+    QString words;
+    for (int i = 0; i < 60; ++i)
+        words += QStringLiteral("word ");
+    s.setText(words.trimmed() + QStringLiteral("\r\nshort"));
+    s.setTextWidth(150);
+    const long lines = s.GetLineCount();
+    EXPECT_GT(lines, 4);
+    long total = 0;
+    for (long line = 0; line < lines; ++line) {
+        const long start = s.LineIndex(line);
+        EXPECT_EQ(s.LineFromChar(start), line);
+        total += s.LineLength(start);
+        if (line + 1 < lines - 1)
+            EXPECT_EQ(s.LineIndex(line + 1), start + s.LineLength(start));
+    }
+    EXPECT_EQ(total, s.length() - 2);  // every character once, the break apart
+    EXPECT_EQ(s.LineFromChar(s.length()), lines - 1);
+    s.setTextWidth(-1);
+    EXPECT_EQ(s.GetLineCount(), 2);
+}
+
+TEST(Surface, FilesLoadBySuffixOrContentAndSaveSafely)
+{
+    QTemporaryDir dir;
+    const QString rtfPath = dir.filePath(QStringLiteral("a.tnl"));
+    const QString txtPath = dir.filePath(QStringLiteral("b.txt"));
+    RichTextSurface s;
+    s.setText(QStringLiteral("città\r\nline"));
+    s.setSelStart(0);
+    s.setSelLength(5);
+    s.setSelBold(true);
+    s.SaveFile(rtfPath, RichTextSurface::RtfKind);
+    s.SaveFile(txtPath, RichTextSurface::TextKind);
+    EXPECT_EQ(readFile(rtfPath), s.TextRTF());
+    QFile txt(txtPath);
+    ASSERT_TRUE(txt.open(QIODevice::ReadOnly));
+    EXPECT_EQ(txt.readAll(), QByteArray("citt\xC3\xA0\r\nline"));
+    EXPECT_EQ(s.FileName(), QString());  // SaveFile does not name the document
+
+    // FileName loads by content, whatever the suffix.
+    RichTextSurface t;
+    t.setFileName(rtfPath);
+    EXPECT_EQ(t.FileName(), rtfPath);
+    EXPECT_EQ(dumpRuns(t), dumpRuns(s));
+    t.setFileName(txtPath);
+    EXPECT_EQ(str(t.Text()), "città\r\nline");
+    t.LoadFile(rtfPath, RichTextSurface::TextKind);
+    EXPECT_TRUE(t.Text().startsWith(QLatin1String("{\\rtf1")));
+    EXPECT_THROW(t.setFileName(dir.filePath(QStringLiteral("missing.rtf"))), SurfaceError);
+
+    // A save that cannot be done leaves the old file whole.
+    const QString before = readFile(rtfPath);
+    QFile::setPermissions(dir.path(), QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+    const bool writable = QFile(dir.filePath(QStringLiteral("probe"))).open(QIODevice::WriteOnly);
+    if (!writable) {  // root may write anywhere: then there is nothing to check
+        t.setText(QStringLiteral("other"));
+        EXPECT_THROW(t.SaveFile(rtfPath, RichTextSurface::RtfKind), SurfaceError);
+        EXPECT_EQ(readFile(rtfPath), before);
+    }
+    QFile::setPermissions(dir.path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    EXPECT_THROW(t.SaveFile(dir.filePath(QStringLiteral("no/such/folder.rtf")), RichTextSurface::RtfKind), SurfaceError);
+}
+
+// Change and SelChange come after every change, from the logic or typing;
+// key events pass their arguments by reference.
+TEST(Surface, RaisesItsEvents)
+{
+    RichTextSurface s;
+    int changes = 0;
+    int selChanges = 0;
+    QObject::connect(&s, &RichTextSurface::Change, [&] { ++changes; });
+    QObject::connect(&s, &RichTextSurface::SelChange, [&] { ++selChanges; });
+    s.setText(QStringLiteral("abc"));
+    EXPECT_GE(changes, 1);
+    changes = selChanges = 0;
+    s.setSelStart(3);
+    EXPECT_EQ(changes, 0);
+    EXPECT_EQ(selChanges, 1);
+    s.typeText(QStringLiteral("d"));
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(selChanges, 2);
+
+    QObject::connect(&s, &RichTextSurface::KeyPress, [](int& key) {
+        if (key == 'x')
+            key = 0;
+        else if (key == 'a')
+            key = 'A';
+    });
+    int key = 'x';
+    s.raiseKeyPress(key);
+    EXPECT_EQ(key, 0);
+    key = 'a';
+    s.raiseKeyPress(key);
+    EXPECT_EQ(key, 'A');
+}
+
+// The clipboard carries RTF, so the formats Qt has no property for survive.
+TEST(Surface, CopyAndPasteKeepEveryFormat)
+{
+    RichTextSurface s;
+    s.setText(QStringLiteral("one two"));
+    s.setSelStart(4);
+    s.setSelLength(3);
+    s.setSelUnderlineKind(UnderlineKind::Double);
+    s.setSelHidden(true);
+    s.setSelCharOffset(-30);
+    s.Copy();
+    s.setSelStart(0);
+    s.Paste();
+    s.setSelStart(0);
+    s.setSelLength(3);
+    EXPECT_EQ(s.SelUnderlineKind(), UnderlineKind::Double);
+    EXPECT_EQ(s.SelHidden(), true);
+    EXPECT_EQ(s.SelCharOffset(), -30);
+    EXPECT_EQ(str(s.Text()), "twoone two");
+    s.setSelStart(0);
+    s.setSelLength(3);
+    s.Cut();
+    EXPECT_EQ(str(s.Text()), "one two");
+}
+
+// Random documents of random text, formats and selections: the position
+// mapping agrees with Text, and the round-trip invariants hold.
+TEST(Surface, RandomDocumentsKeepTheInvariants)
+{
+    std::mt19937 rng(20261122);
+    auto pick = [&](int n) { return int(rng() % unsigned(n)); };
+    const QString alphabet = QStringLiteral("abc xyz\tàé€Ωか{}\\\u2028");
+    for (int round = 0; round < 40; ++round) {
+        RichTextSurface s;
+        QString text;
+        const int paras = 1 + pick(5);
+        for (int p = 0; p < paras; ++p) {
+            if (p)
+                text += QStringLiteral("\r\n");
+            for (int n = pick(30); n > 0; --n)
+                text += alphabet[pick(alphabet.size())];
+        }
+        s.setText(text);
+        for (int edit = 0; edit < 12; ++edit) {
+            const long len = s.length();
+            s.setSelStart(pick(int(len) + 1));
+            s.setSelLength(pick(int(len) + 1));
+            switch (pick(14)) {
+            case 0: s.setSelBold(pick(2)); break;
+            case 1: s.setSelItalic(pick(2)); break;
+            case 2: s.setSelUnderlineKind(static_cast<UnderlineKind>(pick(11))); break;
+            case 3: s.setSelColor(Colour(rng() & 0xFFFFFF)); break;
+            case 4: s.setSelFontSize(float(6 + pick(30)) / (pick(2) ? 1.0f : 2.0f)); break;
+            case 5: s.setSelFontName(pick(2) ? QStringLiteral("Arial") : QStringLiteral("Wingdings")); break;
+            case 6: s.setSelCharOffset((pick(9) - 4) * 10); break;
+            case 7: s.setSelHidden(pick(2)); break;
+            case 8: s.setSelHighlight(pick(2) ? kNoHighlight : Colour(rng() & 0xFFFFFF)); break;
+            case 9: s.setSelAlignment(pick(4)); break;
+            case 10: s.setSelBullet(pick(2)); break;
+            case 11: s.setSelIndent(float(pick(5) * 283)); break;
+            case 12: s.setSelText(QStringLiteral("new\r\ntext")); break;
+            case 13: s.setSelStrikeThru(pick(2)); break;
+            }
+        }
+        const QString t = s.Text();
+        ASSERT_EQ(s.length(), t.size());
+        for (long p = 0; p <= s.length(); ++p) {
+            const long back = s.fromDocPos(s.toDocPos(p));
+            const bool betweenCrLf = p > 0 && t[p - 1] == u'\r';
+            ASSERT_EQ(back, betweenCrLf ? p - 1 : p) << round << " at " << p;
+        }
+        const long a = pick(int(s.length()) + 1);
+        const long b = pick(int(s.length()) + 1);
+        s.setSelStart(std::min(a, b));
+        s.setSelLength(std::abs(a - b));
+        ASSERT_EQ(s.SelText(), t.mid(s.SelStart(), s.SelLength()));
+        ASSERT_TRUE(test::wholeRoundTripHolds(s)) << "round " << round;
+        ASSERT_TRUE(test::selectionRoundTripHolds(s, std::min(a, b), std::abs(a - b))) << "round " << round;
+    }
+}
