@@ -168,6 +168,10 @@ void Document::Novo(int mostraAvvio)
                   QStringLiteral("Il file è stato cambiato. Vuoi salvare le modifiche?"), 3, 0);
         if (rispostaMsg == QLatin1String("si")) {
             Salvare({});
+            // A save that failed or was cancelled has told the user already;
+            // clearing now would throw the work away, so nothing more happens.
+            if (fileCambiato())
+                return;
             // The name and the saved length stay those of the file just
             // saved: a later plain save writes the empty text over it.
             testo_.setText({});

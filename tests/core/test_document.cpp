@@ -223,6 +223,16 @@ TEST_F(DocumentTest, NovoOnAChangedDocumentFollowsTheAnswer)
     EXPECT_EQ(doc.lenSalvata, 14.0f);
     doc.Salvare("");
     EXPECT_EQ(bytesOf(file), "");
+
+    // "si" on a document that was never saved, with the save dialog
+    // cancelled: the work stays, nothing is cleared.
+    fake.answers = {"no"};
+    doc.Novo(0);
+    typeAtEnd("bozza");
+    fake.answers = {"si"};
+    doc.Novo(0);
+    EXPECT_EQ(testo.Text(), "bozza");
+    EXPECT_TRUE(doc.fileCambiato());
 }
 
 TEST_F(DocumentTest, NovoAppliesTheDefaultFontOfTheSettings)
