@@ -5,8 +5,6 @@
 #include "core/rich_text_surface.h"
 #include "core/run_dump.h"
 
-#include "qt_print.h"
-
 #include <gtest/gtest.h>
 
 #include <QString>
