@@ -1,0 +1,263 @@
+// The hot paths of RTF: writing and reading a formatted document, loading a
+// large file, and the one-colour-per-character selections of the colour
+// effects.
+//
+//   tornelia_bench [benchmark options]
+//   tornelia_bench --generate PATH [BYTES]   writes the load benchmark's file
+
+#include "bench/rtf_samples.h"
+#include "core/document.h"
+#include "core/rich_text_surface.h"
+#include "core/settings.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+
+using namespace tornelia;
+
+namespace {
+
+constexpr qsizetype kLoadFileBytes = 5 * 1024 * 1024;
+
+// The 50,000-character document: prose in paragraphs with a format change
+// every 40 characters, cycling through bold, italic, colour, size, underline
+// and font, made through the Sel... properties as the program makes them.
+std::unique_ptr<RichTextSurface> formattedDocument()
+{
+    auto s = std::make_unique<RichTextSurface>();
+    s->setDefaultFormat(QStringLiteral("Tahoma"), 10);
+    s->setText(bench::prose(50000));
+    const long len = s->length();
+    static const Colour kColours[] = {0x0000FF, 0x008000, 0xFF0000, 0x800080, 0x0080FF};
+    for (long at = 0, n = 0; at < len; at += 40, ++n) {
+        s->setSelStart(at);
+        s->setSelLength(std::min(40L, len - at));
+        switch (n % 6) {
+        case 0: s->setSelBold(true); break;
+        case 1: s->setSelItalic(true); break;
+        case 2: s->setSelColor(kColours[(n / 6) % 5]); break;
+        case 3: s->setSelFontSize(n % 4 == 1 ? 14 : 8); break;
+        case 4: s->setSelUnderline(true); break;
+        default: s->setSelFontName((n / 6) % 2 ? QStringLiteral("Courier New") : QStringLiteral("Times New Roman")); break;
+        }
+    }
+    s->setSelStart(0);
+    return s;
+}
+
+void BM_TextRTF_Write50k(benchmark::State& state)
+{
+    auto s = formattedDocument();
+    qsizetype bytes = 0;
+    for (auto _ : state) {
+        const QString rtf = s->TextRTF();
+        bytes = rtf.size();
+        benchmark::DoNotOptimize(rtf.constData());
+    }
+    state.counters["chars"] = double(s->length());
+    state.counters["rtf_bytes"] = double(bytes);
+}
+BENCHMARK(BM_TextRTF_Write50k)->Unit(benchmark::kMillisecond);
+
+void BM_TextRTF_Read50k(benchmark::State& state)
+{
+    const QString rtf = formattedDocument()->TextRTF();
+    RichTextSurface s;
+    s.setDefaultFormat(QStringLiteral("Tahoma"), 10);
+    for (auto _ : state)
+        s.setTextRTF(rtf);
+    state.counters["chars"] = double(s.length());
+    state.counters["rtf_bytes"] = double(rtf.size());
+}
+BENCHMARK(BM_TextRTF_Read50k)->Unit(benchmark::kMillisecond);
+
+// One temporary copy of the large file for the whole run.
+const QString& largeFile()
+{
+    static QTemporaryDir dir;
+    static const QString path = [] {
+        const QString p = dir.filePath(QStringLiteral("grande.rtf"));
+        QFile f(p);
+        if (!f.open(QIODevice::WriteOnly) || f.write(bench::realisticRtf(kLoadFileBytes)) < 0) {
+            std::fprintf(stderr, "cannot write %s\n", qPrintable(p));
+            std::exit(1);
+        }
+        return p;
+    }();
+    return path;
+}
+
+void BM_LoadFile5MB(benchmark::State& state)
+{
+    const QString path = largeFile();
+    RichTextSurface s;
+    s.setDefaultFormat(QStringLiteral("Tahoma"), 10);
+    for (auto _ : state)
+        s.LoadFile(path, RichTextSurface::RtfKind);
+    state.counters["chars"] = double(s.length());
+    state.counters["file_bytes"] = double(QFile(path).size());
+}
+BENCHMARK(BM_LoadFile5MB)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// The ports of a load with nobody watching: no dialog, no window.
+struct SilentPorts : MessagePort, DialogPort, ShellPort, FramePort {
+    QString mostraMsg(const QString&, const QString&, int buttons, int) override
+    {
+        return buttons == 0 ? QStringLiteral("ok") : QStringLiteral("no");
+    }
+    std::optional<QString> openFile(const QString&, const QStringList&) override { return {}; }
+    std::optional<QString> saveFile(const QString&, const QStringList&, const QString&) override { return {}; }
+    std::optional<QString> chooseFolder(const QString&) override { return {}; }
+    std::optional<FontChoice> chooseFont(const FontChoice&) override { return {}; }
+    std::optional<std::uint32_t> chooseColour(std::uint32_t) override { return {}; }
+    bool openDocument(const QString&) override { return true; }
+    bool startDetached(const QString&, const QStringList&) override { return true; }
+    void showProperties(const QString&) override {}
+    void setCaption(const QString&) override {}
+    void setStatusPanel(int, const QString&) override {}
+    void showProgress(const QString&, int) override {}
+    void hideProgress() override {}
+    void processEvents() override {}
+};
+
+// The block-wise load alone, as an open runs it.
+void BM_LineCar5MB(benchmark::State& state)
+{
+    const QString path = largeFile();
+    QTemporaryDir settingsDir;
+    SettingsStore settings(settingsDir.path());
+    SilentPorts ports;
+    RichTextSurface s;
+    s.setDefaultFormat(QStringLiteral("Tahoma"), 10);
+    Document doc(s, settings, ports, ports, ports, ports);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(doc.lineCar(path, true));
+    state.counters["chars"] = double(s.length());
+}
+BENCHMARK(BM_LineCar5MB)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// The whole open of an RTF file: new document, line count, block-wise load,
+// and the file name taken over.
+void BM_OpenRtf5MB(benchmark::State& state)
+{
+    const QString path = largeFile();
+    QTemporaryDir settingsDir;
+    SettingsStore settings(settingsDir.path());
+    SilentPorts ports;
+    RichTextSurface s;
+    s.setDefaultFormat(QStringLiteral("Tahoma"), 10);
+    Document doc(s, settings, ports, ports, ports, ports);
+    for (auto _ : state)
+        doc.Aprii(path);
+    state.counters["chars"] = double(s.length());
+}
+BENCHMARK(BM_OpenRtf5MB)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+constexpr int kColourChars = 10000;
+
+void BM_ColourPerChar_SetTextRTF(benchmark::State& state)
+{
+    const QString rtf = QString::fromLatin1(bench::colourPerCharacterRtf(kColourChars));
+    RichTextSurface s;
+    s.setDefaultFormat(QStringLiteral("Tahoma"), 10);
+    for (auto _ : state)
+        s.setTextRTF(rtf);
+    state.counters["rtf_bytes"] = double(rtf.size());
+}
+BENCHMARK(BM_ColourPerChar_SetTextRTF)->Unit(benchmark::kMillisecond);
+
+void BM_ColourPerChar_SelRTF(benchmark::State& state)
+{
+    RichTextSurface s;
+    s.setDefaultFormat(QStringLiteral("Tahoma"), 10);
+    s.setTextRTF(QString::fromLatin1(bench::colourPerCharacterRtf(kColourChars)));
+    s.setSelStart(0);
+    s.setSelLength(s.length());
+    qsizetype bytes = 0;
+    for (auto _ : state) {
+        const QString rtf = s.SelRTF();
+        bytes = rtf.size();
+        benchmark::DoNotOptimize(rtf.constData());
+    }
+    state.counters["sel_chars"] = double(s.SelLength());
+    state.counters["rtf_bytes"] = double(bytes);
+}
+BENCHMARK(BM_ColourPerChar_SelRTF)->Unit(benchmark::kMillisecond);
+
+// The whole path of a colour effect's read: set the text, select it all,
+// read the selection back.
+void BM_ColourPerChar_SetSelectRead(benchmark::State& state)
+{
+    const QString rtf = QString::fromLatin1(bench::colourPerCharacterRtf(kColourChars));
+    RichTextSurface s;
+    s.setDefaultFormat(QStringLiteral("Tahoma"), 10);
+    for (auto _ : state) {
+        s.setTextRTF(rtf);
+        s.setSelStart(0);
+        s.setSelLength(s.length());
+        const QString sel = s.SelRTF();
+        benchmark::DoNotOptimize(sel.constData());
+    }
+}
+BENCHMARK(BM_ColourPerChar_SetSelectRead)->Unit(benchmark::kMillisecond);
+
+// The effect then writes its RTF back over the selection.
+void BM_ColourPerChar_SetSelRTF(benchmark::State& state)
+{
+    const QString rtf = QString::fromLatin1(bench::colourPerCharacterRtf(kColourChars));
+    RichTextSurface s;
+    s.setDefaultFormat(QStringLiteral("Tahoma"), 10);
+    s.setTextRTF(rtf);
+    s.setSelStart(0);
+    s.setSelLength(s.length());
+    const QString sel = s.SelRTF();
+    for (auto _ : state) {
+        s.setSelStart(0);
+        s.setSelLength(s.length());
+        s.setSelRTF(sel);
+    }
+}
+BENCHMARK(BM_ColourPerChar_SetSelRTF)->Unit(benchmark::kMillisecond);
+
+int generate(const char* path, qsizetype bytes)
+{
+    QFile f(QString::fromLocal8Bit(path));
+    if (!f.open(QIODevice::WriteOnly)) {
+        std::fprintf(stderr, "cannot write %s\n", path);
+        return 1;
+    }
+    const QByteArray rtf = bench::realisticRtf(bytes);
+    if (f.write(rtf) != rtf.size()) {
+        std::fprintf(stderr, "cannot write %s\n", path);
+        return 1;
+    }
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc >= 3 && std::strcmp(argv[1], "--generate") == 0)
+        return generate(argv[2], argc >= 4 ? qsizetype(std::atoll(argv[3])) : kLoadFileBytes);
+
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QStandardPaths::setTestModeEnabled(true);
+    QGuiApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

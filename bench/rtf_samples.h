@@ -1,0 +1,25 @@
+#pragma once
+
+// Generated documents for the benchmarks: large enough to show where the time
+// goes, shaped like what the program and other producers really write.
+
+#include <QByteArray>
+#include <QString>
+
+namespace tornelia::bench {
+
+// A document of about `bytes` bytes of RTF: a font table of four fonts, a
+// colour table of eight colours, paragraphs of Italian-like prose with bold,
+// italic, underline, colour and size changes, accented letters as \'hh and
+// characters outside code page 1252 as \uN?.
+QByteArray realisticRtf(qsizetype bytes);
+
+// `chars` characters, each with a colour-table entry of its own, written the
+// way the colour effects write them: one \redN\greenN\blueN; per character and
+// "\cfN X" before each.
+QByteArray colourPerCharacterRtf(int chars);
+
+// Plain prose of `chars` characters in paragraphs of a few hundred.
+QString prose(int chars);
+
+}  // namespace tornelia::bench
