@@ -410,3 +410,111 @@ TEST(Malformed, RandomBytesAndRandomDamage)
     }
     EXPECT_EQ(faults, Faults{});
 }
+
+// What does not start with "{\rtf" is plain text, bytes the RTF has no use
+// for included; the round trips hold on it all the same.
+TEST(Malformed, CutHeadersAndBinaryTextReadAsPlainText)
+{
+    struct Case {
+        std::string name;
+        std::string input;
+        QString text;
+    };
+    const std::vector<Case> cases = {
+        {"header cut short", "{\\rt", "{\\rt"},
+        {"header broken by NULs", std::string("{\\r\0\0tf1\\mac hello\n}", 21), QString()},
+        {"NUL between letters", std::string("a\0b", 3), QString()},
+        {"control bytes", "a\x01\x08\x0b\x0c\x1b\x7f b", QString()},
+        {"braces and backslashes", "}{\\par\\'e9\\u1046?", "}{\\par\\'e9\\u1046?"},
+    };
+    Faults faults;
+    for (const Case& c : cases) {
+        const Outcome out = readCase(c.name, latin1(c.input));
+        if (!c.text.isNull() && out.text != c.text)
+            faults.push_back(c.name + ": read \"" + shown(out.text) + "\"");
+        faults.insert(faults.end(), out.faults.begin(), out.faults.end());
+    }
+    EXPECT_EQ(faults, Faults{});
+}
+
+// \pict and \object belong at the start of a group of their own. Met further
+// on, and above all in the document's own group, they must not turn the whole
+// group, the document included, into one picture kept raw: written back, that
+// raw group would carry the document's text a second time.
+TEST(Malformed, PicturesAndObjectsOutsideTheirOwnGroup)
+{
+    struct Case {
+        std::string name;
+        std::string rtf;
+        QString keep;  // the text has to start with this
+    };
+    const std::vector<Case> cases = {
+        {"\\pict in the document's group", "{\\rtf1 Testo {\\b grassetto} e \\pict fine}", "Testo grassetto e "},
+        {"\\object in the document's group", "{\\rtf1 Testo\\object fine}", "Testo"},
+        {"\\pict after a group", "{\\rtf{r}\\pict}", "r"},
+        {"\\object inside a group", "{\\rtf{l\\object}", ""},
+        {"\\pict after a group, then a word", "{\\rtf{;}\\pict\\r}", ";"},
+        {"\\pict after text in a group", "{\\rtf1 A{\\b B\\pict 00}C}", "AB"},
+    };
+    Faults faults;
+    for (const Case& c : cases) {
+        const Outcome out = readCase(c.name, latin1(c.rtf));
+        if (!out.text.startsWith(c.keep))
+            faults.push_back(c.name + ": read \"" + shown(out.text) + "\"");
+        faults.insert(faults.end(), out.faults.begin(), out.faults.end());
+    }
+    EXPECT_EQ(faults, Faults{});
+}
+
+// Control bytes mean the same in every Windows code page. Some converters
+// swap 0x1A, 0x1C and 0x7F; read that way, a byte comes back as another one
+// after a save and a load.
+TEST(Malformed, ControlBytesReadAlikeInEveryCodePage)
+{
+    struct Case {
+        std::string name;
+        std::string rtf;
+        QString text;
+    };
+    const std::string bytes = "A\\'1a\\'1c\\'7fB\\par}";
+    const QString expected = QStringLiteral("A\x1a\x1c\x7f" "B");
+    const std::vector<Case> cases = {
+        {"Western", "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\pard\\f0 " + bytes, expected},
+        {"Japanese font", "{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset128 MS Gothic;}}\\pard\\f0 " + bytes, expected},
+        {"Chinese font", "{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset134 SimSun;}}\\pard\\f0 " + bytes, expected},
+        {"IBM PC document", "{\\rtf1\\pc{\\fonttbl{\\f0 Courier;}}\\pard\\f0 " + bytes, expected},
+        {"IBM PC 850 document", "{\\rtf1\\pca{\\fonttbl{\\f0 Courier;}}\\pard\\f0 " + bytes, expected},
+        {"control bytes in a Japanese font's name",
+         "{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset128 MS\\'7f\\'1aGothic;}}\\pard\\f0 A\\par}", "A"},
+        {"a tab in a font's name", "{\\rtf1\\ansi{\\fonttbl{\\f0 Ari\\'09al;}}\\pard\\f0 A\\par}", "A"},
+    };
+    Faults faults;
+    for (const Case& c : cases) {
+        const Outcome out = readCase(c.name, latin1(c.rtf));
+        if (out.text != c.text)
+            faults.push_back(c.name + ": read \"" + shown(out.text) + "\"");
+        faults.insert(faults.end(), out.faults.begin(), out.faults.end());
+    }
+    EXPECT_EQ(faults, Faults{});
+}
+
+// \* marks only the control word right after it as a destination that may
+// be skipped. A stray one must not skip a later unknown word's whole group,
+// nor the text read before it.
+TEST(Malformed, StrayIgnorableMarkReachesOnlyTheNextWord)
+{
+    const std::string head = "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 Arial;}}\\pard ";
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"past a closing brace", head + "A{\\*}\\zz B}"},
+        {"past text", head + "A\\*B\\zz C}"},
+    };
+    std::vector<std::string> read;
+    Faults faults;
+    for (const auto& [name, rtf] : cases) {
+        const Outcome out = readCase(name, latin1(rtf));
+        read.push_back(name + ": " + shown(out.text));
+        faults.insert(faults.end(), out.faults.begin(), out.faults.end());
+    }
+    EXPECT_EQ(read, (std::vector<std::string>{"past a closing brace: AB", "past text: ABC"}));
+    EXPECT_EQ(faults, Faults{});
+}
