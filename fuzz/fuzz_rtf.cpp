@@ -7,7 +7,15 @@
 // and setting TextRTF or SelRTF to itself must leave the text as it was. Set
 // TORNELIA_FUZZ_NO_CHECKS=1 to look for crashes alone.
 //
-//   tornelia_fuzz_rtf -dict=fuzz/rtf.dict fuzz-out/corpus fuzz/seeds
+//   CC=clang CXX=clang++ cmake -S . -B build-fuzz -G Ninja -DTORNELIA_FUZZ=ON
+//       -DTORNELIA_TESTS=OFF -DTORNELIA_BENCH=OFF
+//   cmake --build build-fuzz --target tornelia_fuzz_rtf
+//   build-fuzz/fuzz/tornelia_fuzz_rtf -max_total_time=600 -rss_limit_mb=4096 -timeout=10
+//       -max_len=65536 -dict=fuzz/rtf.dict -artifact_prefix=fuzz-out/
+//       fuzz-out/corpus fuzz/seeds ../shared/corpus/rtf
+//
+// The first folder collects what the run finds; the others only seed it.
+// With -fork=1 -ignore_crashes=1 a run goes on past each fault and keeps them all.
 
 #include "core/rich_text_surface.h"
 
