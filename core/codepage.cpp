@@ -110,7 +110,19 @@ void ByteDecoder::decode(const char* bytes, qsizetype n, QString& out)
             dst[i] = cp1252Char(static_cast<unsigned char>(bytes[i]));
         return;
     }
-    out += impl_->decoder.decode(QByteArrayView(bytes, n));
+    // Control bytes are never part of a multi-byte character, and some of
+    // the system's converters swap them about: they stand for themselves.
+    qsizetype from = 0;
+    for (qsizetype i = 0; i <= n; ++i) {
+        const auto b = i < n ? static_cast<unsigned char>(bytes[i]) : 0;
+        if (i < n && b >= 0x20 && b != 0x7F)
+            continue;
+        if (i > from)
+            out += impl_->decoder.decode(QByteArrayView(bytes + from, i - from));
+        if (i < n)
+            out += QChar(char16_t(b));
+        from = i + 1;
+    }
 }
 
 QString decodePlainText(const QByteArray& bytes)

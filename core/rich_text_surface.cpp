@@ -41,6 +41,7 @@ QString toDocumentText(const QString& text)
     t.replace(u'\v', QChar(QChar::LineSeparator));
     t.replace(QChar(QChar::ParagraphSeparator), u'\n');
     t.remove(QChar(QChar::ObjectReplacementCharacter));
+    t.remove(QChar(0));  // RTF has no way to carry a NUL
     return t;
 }
 

@@ -294,6 +294,7 @@ struct Group {
     ParaState pa;
     int uc = 1;
     qsizetype start = 0;  // offset of the '{' that opened the group
+    bool fresh = true;    // nothing but \* read in the group yet
 };
 
 struct FontDef {
@@ -493,12 +494,14 @@ void Reader::openGroup(qsizetype at)
     }
     Group g = stack_.back();
     g.start = at;
+    g.fresh = true;
     stack_.push_back(g);
     ignorableNext_ = false;
 }
 
 void Reader::closeGroup(qsizetype at)
 {
+    ignorableNext_ = false;
     if (extraDepth_ > 0) {
         --extraDepth_;
         return;
@@ -530,24 +533,35 @@ void Reader::closeGroup(qsizetype at)
 
 void Reader::controlWord(std::string_view name, bool hasParam, int param)
 {
+    // Text gathered so far belongs to the state before this word.
+    flushBytes();
     Group& g = top();
     const Word* w = findWord(name);
     const bool ignorable = ignorableNext_;
     ignorableNext_ = false;
+    const bool fresh = g.fresh;
+    g.fresh = false;
     if (ucSkip_ > 0) {
         --ucSkip_;
         return;
     }
+    // The document's own group is never turned into another destination:
+    // a stray destination word there would swallow the whole document.
+    const bool documentGroup = stack_.size() <= 2;
     if (!w) {
         // An unknown destination marked \* is skipped with all it holds.
-        if (ignorable)
+        if (ignorable && !documentGroup)
             g.dest = Dest::Skip;
         return;
     }
     if (g.dest == Dest::Skip || g.dest == Dest::Object)
         return;
-    if (w->kind != Kind::Destination || w->id != Id::Pict)
-        flushBytes();
+    if (w->kind == Kind::Destination && documentGroup && w->id != Id::NormalDest && w->id != Id::Field)
+        return;
+    // A picture or an object is kept as its whole group, so only a word that
+    // opens its own group can start one.
+    if ((w->id == Id::Pict || w->id == Id::Object) && !fresh)
+        return;
     const int value = hasParam ? param : w->defaultParam;
     const bool on = w->kind == Kind::Toggle ? (!hasParam || param != 0) : true;
     CharState& ch = g.ch;
@@ -652,7 +666,7 @@ void Reader::controlWord(std::string_view name, bool hasParam, int param)
     case Id::Uc: g.uc = std::clamp(value, 0, 16); break;
     case Id::U: {
         int v = param;
-        if (v < 0)
+        if (v < 0 && v >= -32768)
             v += 65536;
         if (hasParam && v >= 0 && v <= 0xFFFF)
             emitChar(char16_t(v));
@@ -756,6 +770,8 @@ void Reader::controlSymbol(char16_t c)
 
 void Reader::textChar(char16_t c)
 {
+    ignorableNext_ = false;
+    top().fresh = false;
     if (ucSkip_ > 0) {
         --ucSkip_;
         return;
@@ -813,6 +829,8 @@ void Reader::textChar(char16_t c)
 
 void Reader::hexByte(unsigned char b)
 {
+    ignorableNext_ = false;
+    top().fresh = false;
     if (ucSkip_ > 0) {
         --ucSkip_;
         return;
@@ -970,8 +988,11 @@ void Reader::finishPicture()
     auto scaled = [](int v, int scale) { return int(qint64(v) * std::clamp(scale, 1, 1000) / 100); };
     if (pict_.goalw <= 0 || pict_.goalh <= 0) {
         const bool metric = pict_.type == "wmf" || pict_.type == "emf" || pict_.type == "pict";
-        pict_.goalw = metric ? int(qint64(pict_.picw) * 1440 / 2540) : pict_.picw * 15;
-        pict_.goalh = metric ? int(qint64(pict_.pich) * 1440 / 2540) : pict_.pich * 15;
+        const auto twips = [metric](int v) {
+            return int(std::clamp<qint64>(metric ? qint64(v) * 1440 / 2540 : qint64(v) * 15, 0, 1 << 24));
+        };
+        pict_.goalw = twips(pict_.picw);
+        pict_.goalh = twips(pict_.pich);
     }
     pict_.goalw = std::clamp(scaled(pict_.goalw, pict_.scalex), 0, 31680 * 4);
     pict_.goalh = std::clamp(scaled(pict_.goalh, pict_.scaley), 0, 31680 * 4);
@@ -1001,7 +1022,11 @@ void Reader::flushFontName()
 void Reader::commitFont()
 {
     flushFontName();
-    QString name = fontName_.trimmed();
+    QString name;
+    for (QChar c : std::as_const(fontName_))
+        if (c.unicode() >= 0x20 && c.unicode() != 0x7F)
+            name += c;  // control characters have no place in a font name
+    name = name.trimmed();
     fontName_.clear();
     while (name.endsWith(u';'))
         name.chop(1);

@@ -99,6 +99,7 @@ int Writer::fontIndex(const QTextCharFormat& f)
 {
     FontEntry e;
     e.name = fontNameOf(f);
+    e.name.removeIf([](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; });
     if (e.name.isEmpty())
         e.name = fontNameOf(default_);
     const QString kind = f.stringProperty(prop::FontKind);
@@ -240,7 +241,7 @@ void Writer::writeText(QStringView text, const CharWords& w)
             // any other character, an escaped brace included, goes as \u.
             if (c >= 0xF020 && c <= 0xF0FF) {
                 const int b = c - 0xF000;
-                if (b < 0x80 && b != '\\' && b != '{' && b != '}') {
+                if (b < 0x7F && b != '\\' && b != '{' && b != '}') {
                     blank();
                     out_ += QChar(char16_t(b));
                 } else {
@@ -255,7 +256,7 @@ void Writer::writeText(QStringView text, const CharWords& w)
             blank();
             out_ += u'\\';
             out_ += qc;
-        } else if (c < 0x20) {
+        } else if (c < 0x20 || c == 0x7F) {
             hex(c);
         } else if (c < 0x80) {
             blank();
