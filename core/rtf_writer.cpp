@@ -348,7 +348,10 @@ QString Writer::run()
             out_ += QStringLiteral("\\fprq%1").arg(f.pitch);
         out_ += QStringLiteral("\\fcharset%1 ").arg(f.charset);
         needBlank_ = false;
-        writeText(f.name, CharWords{});
+        // A name is read in its font's code page (Western for symbol fonts).
+        CharWords nameWords;
+        nameWords.western = f.charset == 0 || f.charset == 1 || f.charset == 2;
+        writeText(f.name, nameWords);
         out_ += QLatin1String(";}");
     }
     out_ += QLatin1String("}\r\n");

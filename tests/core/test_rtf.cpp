@@ -223,6 +223,8 @@ TEST(RtfReader, HonoursCodePagesUnicodeAndSkips)
         {"{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset204 Arial;}{\\f1\\fcharset0 Arial;}}\\f0\\'cf\\f1\\'cf\\par}",
          QStringLiteral("ПÏ")},
         {"{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset0\\cpg1253 Arial;}}\\f0\\'e1\\par}", QStringLiteral("α")},
+        // A name in a far-eastern font keeps a character its code page lacks.
+        {"{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset129 \\u8226?Gulim;}}\\f0 a\\par}", QStringLiteral("a")},
         // A double-byte pair decodes as one character.
         {"{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset128 MS Mincho;}}\\f0\\'82\\'a0\\'93\\'fa\\par}", QStringLiteral("あ日")},
         // \u with the fallback skipped, \uc0 and \uc2, negative values, surrogate pairs.
