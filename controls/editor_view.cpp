@@ -1,5 +1,6 @@
 #include "controls/editor_view.h"
 
+#include "controls/arrow_font.h"
 #include "core/codepage.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -321,6 +322,9 @@ EditorView::EditorView(RichTextSurface& surface, QWidget* parent)
     setAttribute(Qt::WA_InputMethodEnabled);
     setViewportUpdateMode(QGraphicsView::MinimalViewportUpdate);
 
+    // Wingdings arrows show as arrows on a desktop without Wingdings.
+    installArrowFont();
+
     QTextDocument* doc = surface_.document();
     // Setting the document may switch Qt's undo on; the program keeps its
     // own undo, so it is put back as the surface had it.
@@ -467,8 +471,12 @@ void EditorView::applyBackColor()
 
 void EditorView::followSurfaceCursor()
 {
-    if (item_->textCursor() != surface_.cursor())
-        item_->setTextCursor(surface_.cursor());
+    // QTextCursor's == looks at the position alone; a selection that
+    // collapses onto its own end must reach the item as well.
+    const QTextCursor& wanted = surface_.cursor();
+    const QTextCursor shown = item_->textCursor();
+    if (shown.position() != wanted.position() || shown.anchor() != wanted.anchor())
+        item_->setTextCursor(wanted);
     scheduleEnsureCaretVisible();
 }
 
