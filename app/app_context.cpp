@@ -53,11 +53,25 @@ AppContext::AppContext(Ports ports, const QString& settingsFolder)
                                            *ports_.shell, frame_);
     QObject::connect(testo_.get(), &RichTextSurface::SelChange, testo_.get(),
                      [doc = document_.get()] { doc->selChanged(); });
+
+    undo_ = std::make_unique<UndoStore>(*testo_);
+    undo_->setAnnullaOff(settings_.leggiReg(app, QStringLiteral("Ann"), QStringLiteral("1")) == QLatin1String("True"));
+    document_->onUndoClear = [undo = undo_.get()] { undo->clear(); };
+
+    typing_ = std::make_unique<TypingAssist>(*testo_, settings_, *undo_);
+    typing_->setPump([this] {
+        // Timers and painting go on; keys and clicks wait, since one handled
+        // here would land on the characters a correction holds selected.
+        if (frame_.target())
+            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    });
 }
 
 AppContext::~AppContext()
 {
-    // The document refers to the surface; it goes first.
+    // Those who refer to the surface go first.
+    typing_.reset();
+    undo_.reset();
     document_.reset();
     testo_.reset();
 }

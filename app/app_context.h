@@ -8,6 +8,8 @@
 #include "core/ports.h"
 #include "core/rich_text_surface.h"
 #include "core/settings.h"
+#include "core/typing_assist.h"
+#include "core/undo_store.h"
 
 #include <QString>
 
@@ -60,6 +62,8 @@ public:
     ShellPort& shell() { return *ports_.shell; }
     FrameRelay& frame() { return frame_; }
     Document& document() { return *document_; }
+    UndoStore& undo() { return *undo_; }
+    TypingAssist& typing() { return *typing_; }
 
     // The per-user data folder (~/.local/share/Tornelia), made when missing.
     static QString ensureDataFolder();
@@ -75,6 +79,8 @@ private:
     FrameRelay frame_;
     std::unique_ptr<RichTextSurface> testo_;
     std::unique_ptr<Document> document_;
+    std::unique_ptr<UndoStore> undo_;
+    std::unique_ptr<TypingAssist> typing_;
 };
 
 // Surrounding double quotes taken off a path, as the command line gives it.

@@ -1,5 +1,6 @@
 #include "app/main_window.h"
 
+#include "app/frm_cor.h"
 #include "controls/editor_view.h"
 
 #include <QAction>
@@ -36,16 +37,19 @@ MainWindow::MainWindow(AppContext& context, QWidget* parent) : QMainWindow(paren
     setCentralWidget(editor_);
 
     buildFileMenu();
+    buildViewMenu();
     buildStatusBar();
     setStatusPanel(kDocumentPanel, QStringLiteral("Nessun documento salvato"));
     resize(900, 650);
 
     ctx_.frame().attach(this);
+    ctx_.typing().setProcedures(this);
     editor_->setFocus();
 }
 
 MainWindow::~MainWindow()
 {
+    ctx_.typing().setProcedures(nullptr);
     ctx_.frame().detach(this);
 }
 
@@ -88,6 +92,20 @@ void MainWindow::buildFileMenu()
     fileMenu_->addSeparator();
     addCommand(fileMenu_, QStringLiteral("mnuEsci"), QStringLiteral("Esci"), QStringLiteral("application-exit"), {},
                [this] { close(); });
+}
+
+void MainWindow::buildViewMenu()
+{
+    viewMenu_ = menuBar()->addMenu(QStringLiteral("&Visualizza"));
+    viewMenu_->setObjectName(QStringLiteral("mnuv"));
+    addCommand(viewMenu_, QStringLiteral("mnuCorrezioneAutomatica"), QStringLiteral("Correzione automatica..."), {}, {},
+               [this] { showCorrections(); });
+}
+
+void MainWindow::showCorrections()
+{
+    FrmCor dialog(ctx_.settings(), this);
+    dialog.exec();
 }
 
 void MainWindow::buildStatusBar()
@@ -159,6 +177,22 @@ void MainWindow::hideProgress()
 void MainWindow::processEvents()
 {
     QCoreApplication::processEvents();
+}
+
+// The clipboard commands go through the surface, whose clipboard carries RTF.
+void MainWindow::CopYa()
+{
+    ctx_.testo().Copy();
+}
+
+void MainWindow::INco(const QString& /*how*/)
+{
+    ctx_.testo().Paste();
+}
+
+void MainWindow::TaGl()
+{
+    ctx_.testo().Cut();
 }
 
 void MainWindow::runCommand(const std::function<void()>& command)

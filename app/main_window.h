@@ -21,7 +21,7 @@ namespace tornelia {
 
 class EditorView;
 
-class MainWindow : public QMainWindow, public FramePort {
+class MainWindow : public QMainWindow, public FramePort, public TypingProcedures {
     Q_OBJECT
 public:
     explicit MainWindow(AppContext& context, QWidget* parent = nullptr);
@@ -30,6 +30,7 @@ public:
     AppContext& context() { return ctx_; }
     EditorView* editor() const { return editor_; }
     QMenu* fileMenu() const { return fileMenu_; }
+    QMenu* viewMenu() const { return viewMenu_; }
     // The command of a menu entry by its object name ("mnuApri" ...).
     QAction* action(const QString& name) const { return actions_.value(name); }
     QLabel* statusPanel(int index) const;
@@ -42,11 +43,18 @@ public:
     void hideProgress() override;
     void processEvents() override;
 
+    // --- TypingProcedures: what the Control keys reach ---
+    void CopYa() override;
+    void INco(const QString& how) override;
+    void TaGl() override;
+
 protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
     void buildFileMenu();
+    void buildViewMenu();
+    void showCorrections();
     void buildStatusBar();
     QAction* addCommand(QMenu* menu, const QString& name, const QString& caption, const QString& icon,
                         const QKeySequence& shortcut, std::function<void()> command);
@@ -59,6 +67,7 @@ private:
     AppContext& ctx_;
     EditorView* editor_ = nullptr;
     QMenu* fileMenu_ = nullptr;
+    QMenu* viewMenu_ = nullptr;
     QHash<QString, QAction*> actions_;
     QList<QLabel*> panels_;
     QWidget* progress_ = nullptr;
