@@ -7,17 +7,17 @@
 #
 # Needs xvfb-run, xdotool and ImageMagick's import. Prints PASS or FAIL.
 set -uo pipefail
-cd "$(dirname "$0")/.."
+self=$(realpath "$0")
+bin=$(realpath "${1:-$(dirname "$self")/../build/app/tornelia}" 2>/dev/null)
 
 for tool in xvfb-run xdotool import; do
     command -v "$tool" > /dev/null || { echo "FAIL: $tool is missing"; exit 1; }
 done
 
 if [ -z "${TORNELIA_E2E_DISPLAY:-}" ]; then
-    exec xvfb-run -a -s "-screen 0 1400x900x24" env TORNELIA_E2E_DISPLAY=1 bash "$0" "$@"
+    exec xvfb-run -a -s "-screen 0 1400x900x24" env TORNELIA_E2E_DISPLAY=1 bash "$self" "${bin:-${1:-}}"
 fi
 
-bin=$(realpath "${1:-build/app/tornelia}" 2>/dev/null)
 shot=${TORNELIA_E2E_SHOT:-/tmp/tornelia-e2e-typing.png}
 work=$(mktemp -d)
 pid=
@@ -32,7 +32,7 @@ fail() {
     exit 1
 }
 
-[ -x "$bin" ] || fail "no program at ${1:-build/app/tornelia}; build it first"
+[ -n "$bin" ] && [ -x "$bin" ] || fail "no program at ${1:-build/app/tornelia}; build it first"
 
 # Settings and data of its own, never the user's.
 export XDG_CONFIG_HOME=$work/config XDG_DATA_HOME=$work/data

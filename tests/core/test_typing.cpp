@@ -500,22 +500,3 @@ TEST_F(Typing, EnterInAPictureBulletParagraphPastesTheBullet)
     // No undo step: the Enter never reached KeyPress.
     EXPECT_EQ(undo.passoTot(), 0);
 }
-
-TEST(TypingCorrections, ReadAndWrittenAsTrueAndFalse)
-{
-    QTemporaryDir dir;
-    SettingsStore settings(dir.path());
-    std::array<bool, 9> none{};
-    EXPECT_EQ(readCorrections(settings), none);
-
-    settings.scriviReg({}, kCorrSection, QStringLiteral("2"), QStringLiteral("True"));
-    settings.scriviReg({}, kCorrSection, QStringLiteral("5"), QStringLiteral("true"));
-    settings.scriviReg({}, kCorrSection, QStringLiteral("9"), QStringLiteral("1"));
-    EXPECT_EQ(readCorrections(settings), (std::array<bool, 9>{false, true}));
-
-    writeCorrections(settings, {true, false, false, false, false, false, false, false, true});
-    QStringList values;
-    for (int i = 1; i <= 9; ++i)
-        values << settings.leggiReg({}, kCorrSection, QString::number(i));
-    EXPECT_EQ(values.join(u' '), QStringLiteral("True False False False False False False False True"));
-}
