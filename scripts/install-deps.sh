@@ -8,7 +8,7 @@ packages=(
   qt6-base-dev qt6-base-dev-tools qt6-translations-l10n libgl-dev
   libgtest-dev libbenchmark-dev
   adwaita-icon-theme fonts-dejavu-core
-  xvfb xauth
+  xvfb xauth xdotool imagemagick
   clang
 )
 
