@@ -50,7 +50,13 @@ protected:
 
     RichTextSurface& testo() { return t.context->testo(); }
     EditorView* view() { return window.editor(); }
-    int itemCaret() { return view()->textItem()->textCursor().position(); }
+    // The surface's caret and the view's, which must stay one.
+    std::pair<int, int> carets() { return {testo().SelStart(), view()->textItem()->textCursor().position()}; }
+    void select(int start, int length)
+    {
+        testo().setSelStart(start);
+        testo().setSelLength(length);
+    }
 
     testing::TestContext t;
     MainWindow window;
@@ -58,36 +64,25 @@ protected:
 
 TEST_F(MainWindowTest, TypedTextReachesTheDocumentAndTheCaretsStayOne)
 {
-    typeKeys(view(), QStringLiteral("Ciao"));
-    key(view(), Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"));
-    typeKeys(view(), QStringLiteral("mondo"));
-    EXPECT_EQ(testo().Text(), QStringLiteral("Ciao\r\nmondo"));
-    EXPECT_EQ(testo().SelStart(), 11);
-    EXPECT_EQ(window.windowTitle(), QStringLiteral("Tornelia - Documento 1"));
-    EXPECT_TRUE(t.context->document().fileCambiato());
+    typeKeys(view(), "Ciao");
+    key(view(), Qt::Key_Return, Qt::NoModifier, "\r");
+    typeKeys(view(), "mondo");
+    EXPECT_EQ(testo().Text(), "Ciao\r\nmondo");
 
     // Keys that edit or move without typing go to the view's text item; the
     // surface follows it.
-    key(view(), Qt::Key_Backspace);
-    key(view(), Qt::Key_Backspace);
-    EXPECT_EQ(testo().Text(), QStringLiteral("Ciao\r\nmon"));
-    key(view(), Qt::Key_Left);
-    key(view(), Qt::Key_Left);
-    key(view(), Qt::Key_Left);
+    for (const int k : {Qt::Key_Backspace, Qt::Key_Backspace, Qt::Key_Left, Qt::Key_Left, Qt::Key_Left})
+        key(view(), k);
     key(view(), Qt::Key_End, Qt::ShiftModifier);
-    EXPECT_EQ(testo().SelStart(), 6);
-    EXPECT_EQ(testo().SelLength(), 3);
-    EXPECT_EQ(testo().SelText(), QStringLiteral("mon"));
-    typeKeys(view(), QStringLiteral("X"));
-    EXPECT_EQ(testo().Text(), QStringLiteral("Ciao\r\nX"));
+    EXPECT_EQ(testo().SelText(), "mon");
+    typeKeys(view(), "X");
 
     // And the view follows the surface when the logic moves the caret.
     testo().setSelStart(0);
-    EXPECT_EQ(itemCaret(), 0);
-    typeKeys(view(), QStringLiteral("Y"));
-    key(view(), Qt::Key_Tab, Qt::NoModifier, QStringLiteral("\t"));
-    EXPECT_EQ(testo().Text(), QStringLiteral("Y\tCiao\r\nX"));
-    EXPECT_EQ(itemCaret(), 2);
+    typeKeys(view(), "Y");
+    key(view(), Qt::Key_Tab, Qt::NoModifier, "\t");
+    EXPECT_EQ(testo().Text(), "Y\tCiao\r\nX");
+    EXPECT_EQ(carets(), std::pair(2, 2));
     // The program keeps its own undo; the view must not switch Qt's on.
     EXPECT_FALSE(testo().document()->isUndoRedoEnabled());
 }
@@ -97,221 +92,160 @@ TEST_F(MainWindowTest, KeyHandlersSwallowOrChangeWhatIsTyped)
     QList<int> downs;
     QObject::connect(&testo(), &RichTextSurface::KeyDown, [&downs](int& code, int& shift) {
         downs.append(code * 10 + shift);
-        if (code == 'Q')
-            code = 0;
+        code = code == 'Q' ? 0 : code;
     });
-    QObject::connect(&testo(), &RichTextSurface::KeyPress, [](int& k) {
-        if (k == 0xA3)  // "£" becomes the euro sign, 128 in the 8-bit code page
-            k = 128;
-        if (k == '#')
-            k = 0;
-    });
-    typeKeys(view(), QStringLiteral("aq#"));
-    key(view(), Qt::Key_sterling, Qt::NoModifier, QStringLiteral("£"));
+    // "£" becomes the euro sign, 128 in the 8-bit code page; "#" is swallowed.
+    QObject::connect(&testo(), &RichTextSurface::KeyPress, [](int& k) { k = k == 0xA3 ? 128 : k == '#' ? 0 : k; });
+    typeKeys(view(), "aq#");
+    key(view(), Qt::Key_sterling, Qt::NoModifier, "£");
     key(view(), Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
-    EXPECT_EQ(testo().Text(), QStringLiteral("a€"));
+    EXPECT_EQ(testo().Text(), "a€");
     EXPECT_EQ(downs, (QList<int>{'A' * 10, 'Q' * 10, 'C' * 10 + 3}));
 
-    // A format set at a bare caret applies to what is typed next.
+    // A format set at a bare caret applies to what is typed next, only.
     testo().setSelBold(true);
-    typeKeys(view(), QStringLiteral("b"));
-    testo().setSelStart(2);
-    testo().setSelLength(1);
-    EXPECT_EQ(testo().SelBold(), std::optional<bool>(true));
-    testo().setSelStart(0);
-    testo().setSelLength(3);
+    typeKeys(view(), "b");
+    select(2, 1);
+    EXPECT_EQ(testo().SelBold(), std::optional(true));
+    select(0, 3);
     EXPECT_EQ(testo().SelBold(), std::nullopt);
 }
 
 TEST_F(MainWindowTest, ClipboardKeysGoThroughTheSurface)
 {
-    typeKeys(view(), QStringLiteral("abc"));
-    testo().setSelStart(0);
-    testo().setSelLength(3);
+    typeKeys(view(), "abc");
+    select(0, 3);
     testo().setSelItalic(true);
     key(view(), Qt::Key_C, Qt::ControlModifier);
     const QMimeData* mime = QGuiApplication::clipboard()->mimeData();
-    ASSERT_NE(mime, nullptr);
-    EXPECT_TRUE(mime->hasFormat(QStringLiteral("text/rtf")) || mime->hasFormat(QStringLiteral("application/rtf")));
+    EXPECT_TRUE(mime && (mime->hasFormat("text/rtf") || mime->hasFormat("application/rtf")));
 
     key(view(), Qt::Key_End);
     key(view(), Qt::Key_V, Qt::ControlModifier);
     key(view(), Qt::Key_Insert, Qt::ShiftModifier);
-    EXPECT_EQ(testo().Text(), QStringLiteral("abcabcabc"));
-    EXPECT_EQ(itemCaret(), 9);
-    // The pasted copies keep the format the RTF carried.
-    testo().setSelStart(3);
-    testo().setSelLength(6);
-    EXPECT_EQ(testo().SelItalic(), std::optional<bool>(true));
+    EXPECT_EQ(testo().Text(), "abcabcabc");
+    EXPECT_EQ(carets(), std::pair(9, 9));
+    select(3, 6);
+    EXPECT_EQ(testo().SelItalic(), std::optional(true));  // the format the RTF carried
 
     key(view(), Qt::Key_X, Qt::ControlModifier);
-    EXPECT_EQ(testo().Text(), QStringLiteral("abc"));
     key(view(), Qt::Key_Delete, Qt::ShiftModifier);  // nothing selected: nothing cut
-    EXPECT_EQ(testo().Text(), QStringLiteral("abc"));
+    EXPECT_EQ(testo().Text(), "abc");
 }
 
 TEST_F(MainWindowTest, ZoomScalesTheViewAndTheTextWrapsAtTheWindowsWidth)
 {
-    const int width = view()->viewport()->width();
-    EXPECT_NEAR(testo().textWidth(), width, 2);
-
+    auto wrapsAtTheWindow = [this](qreal zoom) {
+        EXPECT_DOUBLE_EQ(view()->transform().m11(), zoom);
+        EXPECT_NEAR(testo().textWidth() * zoom, view()->viewport()->width(), 2);
+        EXPECT_DOUBLE_EQ(view()->textItem()->textWidth(), testo().textWidth());
+    };
+    wrapsAtTheWindow(1);
     testo().SetZoom(2, 1);
-    EXPECT_DOUBLE_EQ(view()->transform().m11(), 2.0);
-    EXPECT_NEAR(testo().textWidth(), width / 2.0, 2);
-    EXPECT_DOUBLE_EQ(view()->textItem()->textWidth(), testo().textWidth());
-
+    wrapsAtTheWindow(2);
+    const int width = view()->viewport()->width();
     window.resize(1000, 600);
     QApplication::processEvents();
-    const int wider = view()->viewport()->width();
-    EXPECT_GT(wider, width);
-    EXPECT_NEAR(testo().textWidth(), wider / 2.0, 2);
-
+    EXPECT_GT(view()->viewport()->width(), width);
+    wrapsAtTheWindow(2);
     testo().SetZoom(0, 0);
-    EXPECT_DOUBLE_EQ(view()->transform().m11(), 1.0);
-    EXPECT_NEAR(testo().textWidth(), wider, 2);
+    wrapsAtTheWindow(1);
 
-    // 0x00BBGGRR: this is blue.
-    testo().setBackColor(0xFF0000);
+    testo().setBackColor(0xFF0000);  // 0x00BBGGRR: blue
     EXPECT_EQ(view()->backgroundBrush().color(), QColor(0, 0, 255));
 }
 
 TEST_F(MainWindowTest, MouseButtonsAreReportedAndOnlyTheLeftMovesTheCaret)
 {
-    typeKeys(view(), QStringLiteral("uno due"));
-    QList<QList<int>> downs;
-    QObject::connect(&testo(), &RichTextSurface::MouseDown,
-                     [&downs](int button, int shift, int x, int y) { downs.append({button, shift, x, y}); });
-    auto click = [this](Qt::MouseButton b, QPoint at) {
-        QMouseEvent press(QEvent::MouseButtonPress, at, view()->viewport()->mapToGlobal(at), b, b, Qt::NoModifier);
-        QCoreApplication::sendEvent(view()->viewport(), &press);
-        QMouseEvent release(QEvent::MouseButtonRelease, at, view()->viewport()->mapToGlobal(at), b, Qt::NoButton,
-                            Qt::NoModifier);
-        QCoreApplication::sendEvent(view()->viewport(), &release);
-    };
-    click(Qt::RightButton, QPoint(2, 5));
-    EXPECT_EQ(testo().SelStart(), 7);
-    click(Qt::LeftButton, QPoint(2, 5));
-    EXPECT_EQ(testo().SelStart(), 0);
-    EXPECT_EQ(itemCaret(), 0);
+    typeKeys(view(), "uno due");
+    QList<int> buttons, carets, xs;
+    QObject::connect(&testo(), &RichTextSurface::MouseDown, [&](int b, int, int x, int) { buttons << b; xs << x; });
     // Far below the text the caret goes to the end of it.
-    click(Qt::LeftButton, QPoint(300, 500));
-    EXPECT_EQ(testo().SelStart(), 7);
-    ASSERT_EQ(downs.size(), 3);
-    EXPECT_EQ(downs[0][0], 2);
-    EXPECT_EQ(downs[1][0], 1);
-    EXPECT_EQ(downs[2][0], 1);
+    for (const auto& [b, at] : {std::pair{Qt::RightButton, QPoint(2, 5)}, {Qt::LeftButton, QPoint(2, 5)},
+                                {Qt::LeftButton, QPoint(300, 500)}}) {
+        const QPoint global = view()->viewport()->mapToGlobal(at);
+        QMouseEvent press(QEvent::MouseButtonPress, at, global, b, b, Qt::NoModifier);
+        QCoreApplication::sendEvent(view()->viewport(), &press);
+        QMouseEvent release(QEvent::MouseButtonRelease, at, global, b, Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(view()->viewport(), &release);
+        carets << testo().SelStart();
+    }
+    EXPECT_EQ(carets, (QList<int>{7, 0, 7}));
+    EXPECT_EQ(buttons, (QList<int>{2, 1, 1}));
     // Twips from the text's corner: 15 to the pixel at 96 dots an inch.
     const qreal perPixel = 1440.0 / view()->logicalDpiX();
-    EXPECT_NEAR(downs[2][2], 300 * perPixel, perPixel);
+    EXPECT_NEAR(xs.last(), 300 * perPixel, perPixel);
 }
 
-TEST_F(MainWindowTest, FileMenuHasItsCommandsInOrder)
+TEST_F(MainWindowTest, FileMenuHasItsCommandsInOrderAndOpens)
 {
-    QStringList captions;
+    QStringList entries{window.fileMenu()->title()};
     for (QAction* a : window.fileMenu()->actions())
-        captions.append(a->isSeparator() ? QStringLiteral("-") : a->text());
-    EXPECT_EQ(window.fileMenu()->title(), QStringLiteral("&File"));
-    EXPECT_EQ(captions, (QStringList{
-                            QStringLiteral("&Nuovo..."),
-                            QStringLiteral("Nuova sessione di Tornelia...          "),
-                            QStringLiteral("-"),
-                            QStringLiteral("&Apri"),
-                            QStringLiteral("&Salva"),
-                            QStringLiteral("Salva con nome..."),
-                            QStringLiteral("-"),
-                            QStringLiteral("E&limina file corrente"),
-                            QStringLiteral("&Proprietà file corrente..."),
-                            QStringLiteral("-"),
-                            QStringLiteral("Esci"),
-                        }));
-    EXPECT_EQ(window.action(QStringLiteral("mnuNuovo"))->shortcut(), QKeySequence(QStringLiteral("Ctrl+N")));
-    EXPECT_EQ(window.action(QStringLiteral("mnuApri"))->shortcut(), QKeySequence(QStringLiteral("Ctrl+O")));
-    EXPECT_EQ(window.action(QStringLiteral("mnuSalva"))->shortcut(), QKeySequence(QStringLiteral("Ctrl+S")));
-    EXPECT_EQ(window.statusPanel(1)->text(), QStringLiteral("Nessun documento salvato"));
+        entries << (a->isSeparator()          ? "-"
+                    : a->shortcut().isEmpty() ? a->text()
+                                              : a->text() + " " + a->shortcut().toString());
+    EXPECT_EQ(entries, (QStringList{"&File", "&Nuovo... Ctrl+N", "Nuova sessione di Tornelia...          ", "-",
+                                    "&Apri Ctrl+O", "&Salva Ctrl+S", "Salva con nome...", "-", "E&limina file corrente",
+                                    "&Proprietà file corrente...", "-", "Esci"}));
 
     // "&Apri" goes through the chooser to the document, and the window shows
     // what the open did.
-    const QString file = t.folder.filePath(QStringLiteral("appunti.txt"));
-    {
-        QFile f(file);
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write("prima\r\nseconda");
-    }
+    const QString file = t.folder.filePath("appunti.txt");
+    QFile f(file);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly) && f.write("prima\r\nseconda") == 14);
+    f.close();
     t.dialogs->openPath = file;
-    window.action(QStringLiteral("mnuApri"))->trigger();
-    EXPECT_EQ(testo().Text(), QStringLiteral("prima\r\nseconda"));
-    EXPECT_EQ(window.windowTitle(), QStringLiteral("Tornelia - appunti.txt"));
-    EXPECT_EQ(window.statusPanel(1)->text(), QStringLiteral("Documento aperto: ") + file);
+    window.action("mnuApri")->trigger();
+    EXPECT_EQ((QStringList{window.windowTitle(), window.statusPanel(1)->text(), testo().Text()}),
+              (QStringList{"Tornelia - appunti.txt", "Documento aperto: " + file, "prima\r\nseconda"}));
     EXPECT_FALSE(window.progressStrip()->isVisible());
     EXPECT_TRUE(t.messages->said.isEmpty());
 }
 
 TEST_F(MainWindowTest, ClosingAsksAboutUnsavedWork)
 {
-    const RecordedMessage question{QStringLiteral("Salva"),
-                                   QStringLiteral("Il file è stato modificato. Vuoi salvare le modifiche?"), 3, 0};
-    auto said = [this] {
-        QList<QStringList> out;
-        for (const RecordedMessage& m : t.messages->said)
-            out.append({m.title, m.text, QString::number(m.buttons), QString::number(m.icon)});
-        return out;
+    auto closeAnswering = [this](const char* answer) {
+        t.messages->answers = {answer};
+        return window.close();
     };
-    const QStringList asked{question.title, question.text, QStringLiteral("3"), QStringLiteral("0")};
-
-    // Nothing typed: no question.
-    EXPECT_TRUE(window.close());
-    EXPECT_TRUE(said().isEmpty());
+    QList<bool> closed{window.close()};  // nothing typed: no question
     window.show();
-
-    typeKeys(view(), QStringLiteral("ciao"));
-    t.messages->answers = {QStringLiteral("an")};
-    EXPECT_FALSE(window.close());
-    EXPECT_TRUE(window.isVisible());
-    EXPECT_EQ(testo().Text(), QStringLiteral("ciao"));
-
+    typeKeys(view(), "ciao");
     // "si" on a document without a name goes through the save dialog; given
     // up there, the window stays.
-    t.messages->answers = {QStringLiteral("si")};
-    EXPECT_FALSE(window.close());
-    const QString file = t.folder.filePath(QStringLiteral("chiusura.txt"));
+    closed << closeAnswering("an") << closeAnswering("si");
+    const QString file = t.folder.filePath("chiusura.txt");
     t.dialogs->savePath = file;
-    t.messages->answers = {QStringLiteral("si")};
-    EXPECT_TRUE(window.close());
-    QFile f(file);
-    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-    EXPECT_EQ(f.readAll(), QByteArray("ciao"));
-    EXPECT_EQ(said(), (QList<QStringList>{asked, asked, asked}));
-
+    closed << closeAnswering("si");
     window.show();
-    typeKeys(view(), QStringLiteral("!"));
-    t.messages->answers = {QStringLiteral("no")};
-    EXPECT_TRUE(window.close());
+    typeKeys(view(), "!");
+    closed << closeAnswering("no");
+    EXPECT_EQ(closed, (QList<bool>{true, false, false, true, true}));
+
+    QFile f(file);
+    EXPECT_EQ(f.open(QIODevice::ReadOnly) ? f.readAll() : "<missing>", "ciao");
+    QStringList said;
+    for (const RecordedMessage& m : t.messages->said)
+        said << QStringList{m.title, m.text, QString::number(m.buttons), QString::number(m.icon)}.join(" | ");
+    EXPECT_EQ(said, QStringList(4, "Salva | Il file è stato modificato. Vuoi salvare le modifiche? | 3 | 0"));
 }
 
 TEST(MessageDialogTest, LettersPressTheButtonsThatAreThere)
 {
-    auto answerAfter = [](int buttons, int k, const QString& text) {
-        MessageDialog d(QStringLiteral("Titolo"), QStringLiteral("Testo"), buttons, 4);
+    QStringList answers;
+    for (const auto& [buttons, k, text] :
+         {std::tuple{3, Qt::Key_S, "s"}, {3, Qt::Key_N, "N"}, {3, Qt::Key_A, "a"}, {3, Qt::Key_Escape, ""},
+          {2, Qt::Key_A, "a"}, {2, Qt::Key_Escape, ""}, {0, Qt::Key_S, "s"}, {0, Qt::Key_O, "o"}}) {
+        MessageDialog d("Titolo", "Testo", buttons, 4);
         d.show();
         key(&d, k, Qt::NoModifier, text);
-        const bool closed = !d.isVisible();
-        return closed ? d.answer() : QStringLiteral("open");
-    };
-    EXPECT_EQ(answerAfter(3, Qt::Key_S, QStringLiteral("s")), QStringLiteral("si"));
-    EXPECT_EQ(answerAfter(3, Qt::Key_N, QStringLiteral("N")), QStringLiteral("no"));
-    EXPECT_EQ(answerAfter(3, Qt::Key_A, QStringLiteral("a")), QStringLiteral("an"));
-    EXPECT_EQ(answerAfter(3, Qt::Key_Escape, QString()), QStringLiteral("an"));
-    EXPECT_EQ(answerAfter(2, Qt::Key_A, QStringLiteral("a")), QStringLiteral("open"));
-    EXPECT_EQ(answerAfter(2, Qt::Key_Escape, QString()), QStringLiteral("no"));
-    EXPECT_EQ(answerAfter(0, Qt::Key_S, QStringLiteral("s")), QStringLiteral("open"));
-    EXPECT_EQ(answerAfter(0, Qt::Key_O, QStringLiteral("o")), QStringLiteral("ok"));
+        answers << (d.isVisible() ? "open" : d.answer());
+    }
+    EXPECT_EQ(answers, (QStringList{"si", "no", "an", "an", "open", "no", "open", "ok"}));
 
-    MessageDialog d(QStringLiteral("Titolo"), QStringLiteral("Testo"), 3, 1);
-    QStringList captions;
-    for (const QString& a : {QStringLiteral("si"), QStringLiteral("no"), QStringLiteral("an")})
-        captions.append(d.button(a)->text());
-    EXPECT_EQ(captions, (QStringList{QStringLiteral("Sì"), QStringLiteral("No"), QStringLiteral("Annulla")}));
-    EXPECT_EQ(d.windowTitle(), QStringLiteral("Titolo"));
+    MessageDialog d("Titolo", "Testo", 3, 1);
+    EXPECT_EQ((QStringList{d.windowTitle(), d.button("si")->text(), d.button("no")->text(), d.button("an")->text()}),
+              (QStringList{"Titolo", "Sì", "No", "Annulla"}));
 }
 
 }  // namespace
