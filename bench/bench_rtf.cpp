@@ -29,35 +29,9 @@ namespace {
 
 constexpr qsizetype kLoadFileBytes = 5 * 1024 * 1024;
 
-// The 50,000-character document: prose in paragraphs with a format change
-// every 40 characters, cycling through bold, italic, colour, size, underline
-// and font, made through the Sel... properties as the program makes them.
-std::unique_ptr<RichTextSurface> formattedDocument()
-{
-    auto s = std::make_unique<RichTextSurface>();
-    s->setDefaultFormat(QStringLiteral("Tahoma"), 10);
-    s->setText(bench::prose(50000));
-    const long len = s->length();
-    static const Colour kColours[] = {0x0000FF, 0x008000, 0xFF0000, 0x800080, 0x0080FF};
-    for (long at = 0, n = 0; at < len; at += 40, ++n) {
-        s->setSelStart(at);
-        s->setSelLength(std::min(40L, len - at));
-        switch (n % 6) {
-        case 0: s->setSelBold(true); break;
-        case 1: s->setSelItalic(true); break;
-        case 2: s->setSelColor(kColours[(n / 6) % 5]); break;
-        case 3: s->setSelFontSize(n % 4 == 1 ? 14 : 8); break;
-        case 4: s->setSelUnderline(true); break;
-        default: s->setSelFontName((n / 6) % 2 ? QStringLiteral("Courier New") : QStringLiteral("Times New Roman")); break;
-        }
-    }
-    s->setSelStart(0);
-    return s;
-}
-
 void BM_TextRTF_Write50k(benchmark::State& state)
 {
-    auto s = formattedDocument();
+    auto s = bench::formattedDocument(50000);
     qsizetype bytes = 0;
     for (auto _ : state) {
         const QString rtf = s->TextRTF();
@@ -71,7 +45,7 @@ BENCHMARK(BM_TextRTF_Write50k)->Unit(benchmark::kMillisecond);
 
 void BM_TextRTF_Read50k(benchmark::State& state)
 {
-    const QString rtf = formattedDocument()->TextRTF();
+    const QString rtf = bench::formattedDocument(50000)->TextRTF();
     RichTextSurface s;
     s.setDefaultFormat(QStringLiteral("Tahoma"), 10);
     for (auto _ : state)

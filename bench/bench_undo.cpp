@@ -26,30 +26,6 @@ namespace {
 constexpr int kWords = 2000;
 constexpr double kMB = 1024.0 * 1024.0;
 
-// 40,000 characters of prose in paragraphs of about 400, with a format change
-// every 40 characters through the Sel... properties, as the program makes them.
-std::unique_ptr<RichTextSurface> formattedDocument()
-{
-    auto s = std::make_unique<RichTextSurface>();
-    s->setText(bench::prose(40000));
-    const long len = s->length();
-    static const Colour kColours[] = {0x0000FF, 0x008000, 0xFF0000, 0x800080, 0x0080FF};
-    for (long at = 0, n = 0; at < len; at += 40, ++n) {
-        s->setSelStart(at);
-        s->setSelLength(std::min(40L, len - at));
-        switch (n % 6) {
-        case 0: s->setSelBold(true); break;
-        case 1: s->setSelItalic(true); break;
-        case 2: s->setSelColor(kColours[(n / 6) % 5]); break;
-        case 3: s->setSelFontSize(n % 4 == 1 ? 14 : 8); break;
-        case 4: s->setSelUnderline(true); break;
-        default: s->setSelFontName((n / 6) % 2 ? QStringLiteral("Courier New") : QStringLiteral("Times New Roman")); break;
-        }
-    }
-    s->setSelStart(0);
-    return s;
-}
-
 void typeWord(RichTextSurface& s)
 {
     s.setSelStart(s.length());
@@ -59,7 +35,7 @@ void typeWord(RichTextSurface& s)
 // The document and its store after the 2,000 words, shared by the benchmarks
 // that go back and forth through the steps.
 struct Session {
-    std::unique_ptr<RichTextSurface> testo = formattedDocument();
+    std::unique_ptr<RichTextSurface> testo = bench::formattedDocument(40000);
     UndoStore store{*testo};
     Session()
     {
@@ -79,7 +55,7 @@ Session& session()
 // One step per word: the time is that of unDO alone, the typing is not counted.
 void BM_UnDO_PerWord(benchmark::State& state)
 {
-    auto testo = formattedDocument();
+    auto testo = bench::formattedDocument(40000);
     UndoStore store(*testo);
     double plainBytes = 0;
     for (auto _ : state) {

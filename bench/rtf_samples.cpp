@@ -137,4 +137,27 @@ QString prose(int chars)
     return out;
 }
 
+std::unique_ptr<RichTextSurface> formattedDocument(int chars)
+{
+    auto s = std::make_unique<RichTextSurface>();
+    s->setDefaultFormat(QStringLiteral("Tahoma"), 10);
+    s->setText(bench::prose(chars));
+    const long len = s->length();
+    static const Colour kColours[] = {0x0000FF, 0x008000, 0xFF0000, 0x800080, 0x0080FF};
+    for (long at = 0, n = 0; at < len; at += 40, ++n) {
+        s->setSelStart(at);
+        s->setSelLength(std::min(40L, len - at));
+        switch (n % 6) {
+        case 0: s->setSelBold(true); break;
+        case 1: s->setSelItalic(true); break;
+        case 2: s->setSelColor(kColours[(n / 6) % 5]); break;
+        case 3: s->setSelFontSize(n % 4 == 1 ? 14 : 8); break;
+        case 4: s->setSelUnderline(true); break;
+        default: s->setSelFontName((n / 6) % 2 ? QStringLiteral("Courier New") : QStringLiteral("Times New Roman")); break;
+        }
+    }
+    s->setSelStart(0);
+    return s;
+}
+
 }  // namespace tornelia::bench

@@ -3,8 +3,12 @@
 // Generated documents for the benchmarks: large enough to show where the time
 // goes, shaped like what the program and other producers really write.
 
+#include "core/rich_text_surface.h"
+
 #include <QByteArray>
 #include <QString>
+
+#include <memory>
 
 namespace tornelia::bench {
 
@@ -21,5 +25,9 @@ QByteArray colourPerCharacterRtf(int chars);
 
 // Plain prose of `chars` characters in paragraphs of a few hundred.
 QString prose(int chars);
+
+// That prose in a surface, with a format change every 40 characters made
+// through the Sel... properties, as the program makes them.
+std::unique_ptr<RichTextSurface> formattedDocument(int chars);
 
 }  // namespace tornelia::bench
