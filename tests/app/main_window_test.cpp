@@ -30,10 +30,13 @@ void key(QWidget* w, int k, Qt::KeyboardModifiers mods = Qt::NoModifier, const Q
     QCoreApplication::sendEvent(w, &up);
 }
 
+// Return and Tab come as "\r" and "\t".
 void typeKeys(QWidget* w, const QString& text)
 {
-    for (const QChar c : text)
-        key(w, c.toUpper().unicode(), c.isUpper() ? Qt::ShiftModifier : Qt::NoModifier, QString(c));
+    for (const QChar c : text) {
+        const int k = c == '\r' ? Qt::Key_Return : c == '\t' ? Qt::Key_Tab : c.toUpper().unicode();
+        key(w, k, c.isUpper() ? Qt::ShiftModifier : Qt::NoModifier, QString(c));
+    }
 }
 
 class MainWindowTest : public ::testing::Test {
@@ -50,90 +53,70 @@ protected:
 
     RichTextSurface& testo() { return t.context->testo(); }
     EditorView* view() { return window.editor(); }
-    // The surface's caret and the view's, which must stay one.
-    std::pair<int, int> carets() { return {testo().SelStart(), view()->textItem()->textCursor().position()}; }
-    void select(int start, int length)
+    // The text with "^" at the surface's caret, and the view's caret when it
+    // is elsewhere: the two must stay one.
+    QString state()
     {
-        testo().setSelStart(start);
-        testo().setSelLength(length);
+        const long caret = testo().fromDocPos(view()->textItem()->textCursor().position());
+        const QString text = testo().Text().insert(testo().SelStart(), '^');
+        return caret == testo().SelStart() ? text : text + " | view at " + QString::number(caret);
     }
+    void select(int start, int length) { testo().setSelStart(start); testo().setSelLength(length); }
 
     testing::TestContext t;
     MainWindow window;
 };
 
-TEST_F(MainWindowTest, TypedTextReachesTheDocumentAndTheCaretsStayOne)
+TEST_F(MainWindowTest, KeysEditTheDocumentThroughTheSurface)
 {
-    typeKeys(view(), "Ciao");
-    key(view(), Qt::Key_Return, Qt::NoModifier, "\r");
-    typeKeys(view(), "mondo");
-    EXPECT_EQ(testo().Text(), "Ciao\r\nmondo");
-
-    // Keys that edit or move without typing go to the view's text item; the
-    // surface follows it.
+    typeKeys(view(), "Ciao\rmondo");
+    // Keys that edit or move without typing go to the view's text item and the
+    // surface follows; when the logic moves the caret, the view follows.
     for (const int k : {Qt::Key_Backspace, Qt::Key_Backspace, Qt::Key_Left, Qt::Key_Left, Qt::Key_Left})
         key(view(), k);
     key(view(), Qt::Key_End, Qt::ShiftModifier);
-    EXPECT_EQ(testo().SelText(), "mon");
     typeKeys(view(), "X");
-
-    // And the view follows the surface when the logic moves the caret.
     testo().setSelStart(0);
-    typeKeys(view(), "Y");
-    key(view(), Qt::Key_Tab, Qt::NoModifier, "\t");
-    EXPECT_EQ(testo().Text(), "Y\tCiao\r\nX");
-    EXPECT_EQ(carets(), std::pair(2, 2));
-    // The program keeps its own undo; the view must not switch Qt's on.
-    EXPECT_FALSE(testo().document()->isUndoRedoEnabled());
-}
+    typeKeys(view(), "Y\t");
+    QStringList states{state()};
 
-TEST_F(MainWindowTest, KeyHandlersSwallowOrChangeWhatIsTyped)
-{
-    QList<int> downs;
-    QObject::connect(&testo(), &RichTextSurface::KeyDown, [&downs](int& code, int& shift) {
-        downs.append(code * 10 + shift);
-        code = code == 'Q' ? 0 : code;
-    });
-    // "£" becomes the euro sign, 128 in the 8-bit code page; "#" is swallowed.
-    QObject::connect(&testo(), &RichTextSurface::KeyPress, [](int& k) { k = k == 0xA3 ? 128 : k == '#' ? 0 : k; });
-    typeKeys(view(), "aq#");
-    key(view(), Qt::Key_sterling, Qt::NoModifier, "£");
-    key(view(), Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
-    EXPECT_EQ(testo().Text(), "a€");
-    EXPECT_EQ(downs, (QList<int>{'A' * 10, 'Q' * 10, 'C' * 10 + 3}));
-
-    // A format set at a bare caret applies to what is typed next, only.
-    testo().setSelBold(true);
-    typeKeys(view(), "b");
-    select(2, 1);
-    EXPECT_EQ(testo().SelBold(), std::optional(true));
-    select(0, 3);
-    EXPECT_EQ(testo().SelBold(), std::nullopt);
-}
-
-TEST_F(MainWindowTest, ClipboardKeysGoThroughTheSurface)
-{
-    typeKeys(view(), "abc");
-    select(0, 3);
+    // The clipboard keys copy RTF, and a paste brings its format.
+    select(8, 1);
     testo().setSelItalic(true);
     key(view(), Qt::Key_C, Qt::ControlModifier);
     const QMimeData* mime = QGuiApplication::clipboard()->mimeData();
     EXPECT_TRUE(mime && (mime->hasFormat("text/rtf") || mime->hasFormat("application/rtf")));
-
     key(view(), Qt::Key_End);
     key(view(), Qt::Key_V, Qt::ControlModifier);
     key(view(), Qt::Key_Insert, Qt::ShiftModifier);
-    EXPECT_EQ(testo().Text(), "abcabcabc");
-    EXPECT_EQ(carets(), std::pair(9, 9));
-    select(3, 6);
-    EXPECT_EQ(testo().SelItalic(), std::optional(true));  // the format the RTF carried
-
+    states << state();
+    select(9, 2);
+    EXPECT_EQ(testo().SelItalic(), std::optional(true));
     key(view(), Qt::Key_X, Qt::ControlModifier);
     key(view(), Qt::Key_Delete, Qt::ShiftModifier);  // nothing selected: nothing cut
-    EXPECT_EQ(testo().Text(), "abc");
+
+    // Handlers of the keys see them first and may swallow or change them:
+    // "£" becomes the euro sign, 128 in the 8-bit code page.
+    QList<int> downs;
+    QObject::connect(&testo(), &RichTextSurface::KeyDown,
+                     [&](int& code, int& shift) { downs << code * 10 + shift; code = code == 'Q' ? 0 : code; });
+    QObject::connect(&testo(), &RichTextSurface::KeyPress, [](int& k) { k = k == 0xA3 ? 128 : k == '#' ? 0 : k; });
+    typeKeys(view(), "aq#£");
+    key(view(), Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+    // A format set at a bare caret applies to what is typed next, only.
+    testo().setSelBold(true);
+    typeKeys(view(), "b");
+    EXPECT_EQ(states << state(), (QStringList{"Y\t^Ciao\r\nX", "Y\tCiao\r\nXXX^", "Y\tCiao\r\nXa€b^"}));
+    EXPECT_EQ(downs, (QList<int>{'A' * 10, 'Q' * 10, 'C' * 10 + 3, 'B' * 10}));
+    select(11, 1);
+    const std::optional<bool> typed = testo().SelBold();
+    select(9, 3);
+    EXPECT_EQ(std::pair(typed, testo().SelBold()), std::pair(std::optional(true), std::optional<bool>()));
+    // The program keeps its own undo; the view must not switch Qt's on.
+    EXPECT_FALSE(testo().document()->isUndoRedoEnabled());
 }
 
-TEST_F(MainWindowTest, ZoomScalesTheViewAndTheTextWrapsAtTheWindowsWidth)
+TEST_F(MainWindowTest, TheViewFollowsTheZoomTheWindowAndTheMouse)
 {
     auto wrapsAtTheWindow = [this](qreal zoom) {
         EXPECT_DOUBLE_EQ(view()->transform().m11(), zoom);
@@ -150,17 +133,14 @@ TEST_F(MainWindowTest, ZoomScalesTheViewAndTheTextWrapsAtTheWindowsWidth)
     wrapsAtTheWindow(2);
     testo().SetZoom(0, 0);
     wrapsAtTheWindow(1);
-
     testo().setBackColor(0xFF0000);  // 0x00BBGGRR: blue
     EXPECT_EQ(view()->backgroundBrush().color(), QColor(0, 0, 255));
-}
 
-TEST_F(MainWindowTest, MouseButtonsAreReportedAndOnlyTheLeftMovesTheCaret)
-{
+    // Every button is reported, but only the left one moves the caret; far
+    // below the text it goes to the end of it.
     typeKeys(view(), "uno due");
-    QList<int> buttons, carets, xs;
+    QList<int> carets, buttons, xs;
     QObject::connect(&testo(), &RichTextSurface::MouseDown, [&](int b, int, int x, int) { buttons << b; xs << x; });
-    // Far below the text the caret goes to the end of it.
     for (const auto& [b, at] : {std::pair{Qt::RightButton, QPoint(2, 5)}, {Qt::LeftButton, QPoint(2, 5)},
                                 {Qt::LeftButton, QPoint(300, 500)}}) {
         const QPoint global = view()->viewport()->mapToGlobal(at);
@@ -170,8 +150,7 @@ TEST_F(MainWindowTest, MouseButtonsAreReportedAndOnlyTheLeftMovesTheCaret)
         QCoreApplication::sendEvent(view()->viewport(), &release);
         carets << testo().SelStart();
     }
-    EXPECT_EQ(carets, (QList<int>{7, 0, 7}));
-    EXPECT_EQ(buttons, (QList<int>{2, 1, 1}));
+    EXPECT_EQ(std::pair(carets, buttons), std::pair(QList<int>{7, 0, 7}, QList<int>{2, 1, 1}));
     // Twips from the text's corner: 15 to the pixel at 96 dots an inch.
     const qreal perPixel = 1440.0 / view()->logicalDpiX();
     EXPECT_NEAR(xs.last(), 300 * perPixel, perPixel);
@@ -181,53 +160,44 @@ TEST_F(MainWindowTest, FileMenuHasItsCommandsInOrderAndOpens)
 {
     QStringList entries{window.fileMenu()->title()};
     for (QAction* a : window.fileMenu()->actions())
-        entries << (a->isSeparator()          ? "-"
-                    : a->shortcut().isEmpty() ? a->text()
-                                              : a->text() + " " + a->shortcut().toString());
+        entries << (a->isSeparator()            ? "-"
+                    : a->shortcut().isEmpty() ? a->text() : a->text() + " " + a->shortcut().toString());
     EXPECT_EQ(entries, (QStringList{"&File", "&Nuovo... Ctrl+N", "Nuova sessione di Tornelia...          ", "-",
                                     "&Apri Ctrl+O", "&Salva Ctrl+S", "Salva con nome...", "-", "E&limina file corrente",
                                     "&Proprietà file corrente...", "-", "Esci"}));
 
     // "&Apri" goes through the chooser to the document, and the window shows
     // what the open did.
-    const QString file = t.folder.filePath("appunti.txt");
-    QFile f(file);
+    QFile f(t.folder.filePath("appunti.txt"));
     ASSERT_TRUE(f.open(QIODevice::WriteOnly) && f.write("prima\r\nseconda") == 14);
     f.close();
-    t.dialogs->openPath = file;
+    t.dialogs->openPath = f.fileName();
     window.action("mnuApri")->trigger();
     EXPECT_EQ((QStringList{window.windowTitle(), window.statusPanel(1)->text(), testo().Text()}),
-              (QStringList{"Tornelia - appunti.txt", "Documento aperto: " + file, "prima\r\nseconda"}));
+              (QStringList{"Tornelia - appunti.txt", "Documento aperto: " + f.fileName(), "prima\r\nseconda"}));
     EXPECT_FALSE(window.progressStrip()->isVisible());
     EXPECT_TRUE(t.messages->said.isEmpty());
 }
 
+// Closing asks only about a change. "si" on a document without a name goes
+// through the save dialog; given up there, the window stays.
 TEST_F(MainWindowTest, ClosingAsksAboutUnsavedWork)
 {
-    auto closeAnswering = [this](const char* answer) {
-        t.messages->answers = {answer};
-        return window.close();
-    };
-    QList<bool> closed{window.close()};  // nothing typed: no question
+    auto closeAnswering = [this](const char* answer) { t.messages->answers = {answer}; return window.close(); };
+    QList<bool> closed{window.close()};
     window.show();
     typeKeys(view(), "ciao");
-    // "si" on a document without a name goes through the save dialog; given
-    // up there, the window stays.
     closed << closeAnswering("an") << closeAnswering("si");
-    const QString file = t.folder.filePath("chiusura.txt");
-    t.dialogs->savePath = file;
+    t.dialogs->savePath = t.folder.filePath("chiusura.txt");
     closed << closeAnswering("si");
     window.show();
     typeKeys(view(), "!");
     closed << closeAnswering("no");
     EXPECT_EQ(closed, (QList<bool>{true, false, false, true, true}));
-
-    QFile f(file);
-    EXPECT_EQ(f.open(QIODevice::ReadOnly) ? f.readAll() : "<missing>", "ciao");
-    QStringList said;
-    for (const RecordedMessage& m : t.messages->said)
-        said << QStringList{m.title, m.text, QString::number(m.buttons), QString::number(m.icon)}.join(" | ");
-    EXPECT_EQ(said, QStringList(4, "Salva | Il file è stato modificato. Vuoi salvare le modifiche? | 3 | 0"));
+    QFile saved(*t.dialogs->savePath);
+    EXPECT_EQ(saved.open(QIODevice::ReadOnly) ? saved.readAll() : "<missing>", "ciao");
+    EXPECT_EQ(t.messages->said,
+              QStringList(4, "Salva | Il file è stato modificato. Vuoi salvare le modifiche? | 3 | 0"));
 }
 
 TEST(MessageDialogTest, LettersPressTheButtonsThatAreThere)

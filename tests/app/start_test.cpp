@@ -12,73 +12,52 @@
 namespace tornelia {
 namespace {
 
-using Mode = CommandLine::Mode;
-
 TEST(StartTest, ArgumentsMakeOnePath)
 {
-    struct Case {
-        QStringList args;
-        QString path;
-    };
-    const QList<Case> cases = {
-        {{}, QString()},
-        {{QStringLiteral("/tmp/a.rtf")}, QStringLiteral("/tmp/a.rtf")},
+    const std::pair<QStringList, QString> cases[] = {
+        {{}, "gui |  |  | "},
+        {{"/tmp/a.rtf"}, "gui | /tmp/a.rtf |  | "},
         // A path with blanks may come whole, quoted, or in pieces.
-        {{QStringLiteral("\"/tmp/Lettera a Mario.rtf\"")}, QStringLiteral("/tmp/Lettera a Mario.rtf")},
-        {{QStringLiteral("\"/tmp/Lettera"), QStringLiteral("a"), QStringLiteral("Mario.rtf\"")},
-         QStringLiteral("/tmp/Lettera a Mario.rtf")},
-        {{QStringLiteral("/tmp/Lettera"), QStringLiteral("-"), QStringLiteral("copia.rtf")},
-         QStringLiteral("/tmp/Lettera - copia.rtf")},
+        {{"\"/tmp/Lettera a Mario.rtf\""}, "gui | /tmp/Lettera a Mario.rtf |  | "},
+        {{"\"/tmp/Lettera", "a", "Mario.rtf\""}, "gui | /tmp/Lettera a Mario.rtf |  | "},
+        {{"/tmp/Lettera", "-", "copia.rtf"}, "gui | /tmp/Lettera - copia.rtf |  | "},
         // After "--" nothing is an option.
-        {{QStringLiteral("--"), QStringLiteral("--strano.rtf")}, QStringLiteral("--strano.rtf")},
+        {{"--", "--strano.rtf"}, "gui | --strano.rtf |  | "},
+        {{"-o", "x.tnl", "--convert-to=TNL", "a b.rtf"}, "convert | a b.rtf | tnl | x.tnl"},
     };
-    for (const Case& c : cases) {
-        const CommandLine cl = parseCommandLine(c.args);
-        EXPECT_EQ(cl.mode, Mode::Gui) << c.args.join(u'|').toStdString();
-        EXPECT_EQ(cl.path, c.path) << c.args.join(u'|').toStdString();
+    const char* const modes[] = {"gui", "convert", "dump", "help", "bad"};
+    for (const auto& [args, expected] : cases) {
+        const CommandLine cl = parseCommandLine(args);
+        EXPECT_EQ(QStringList({modes[int(cl.mode)], cl.path, cl.format, cl.output}).join(" | "), expected)
+            << args.join('|').toStdString();
     }
-
-    const CommandLine convert = parseCommandLine(
-        {QStringLiteral("-o"), QStringLiteral("x.tnl"), QStringLiteral("--convert-to=TNL"), QStringLiteral("a b.rtf")});
-    EXPECT_EQ(convert.mode, Mode::Convert);
-    EXPECT_EQ(convert.format, QStringLiteral("tnl"));
-    EXPECT_EQ(convert.path, QStringLiteral("a b.rtf"));
-    EXPECT_EQ(convert.output, QStringLiteral("x.tnl"));
-    EXPECT_EQ(defaultOutputPath(QStringLiteral("/home/u/doc/lettera.v2.rtf"), QStringLiteral("txt")),
-              QStringLiteral("lettera.v2.txt"));
+    EXPECT_EQ(defaultOutputPath("/home/u/doc/lettera.v2.rtf", "txt"), "lettera.v2.txt");
 }
 
+// A missing document gives a new one without a word.
 TEST(StartTest, OpensTheDocumentOfTheCommandLine)
 {
     testing::TestContext t;
     AppContext& ctx = *t.context;
     MainWindow window(ctx);
-    const QString file = t.folder.filePath(QStringLiteral("Lettera a Mario.rtf"));
-    {
-        QFile f(file);
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write("{\\rtf1\\ansi{\\fonttbl{\\f0\\fswiss Tahoma;}}\\pard\\f0\\fs20 Caro \\b Mario\\b0\\par\r\nciao\\par\r\n}");
-    }
+    auto shown = [&] {
+        return QStringList{ctx.testo().Text(), ctx.document().nomeFile, window.windowTitle(),
+                           window.statusPanel(1)->text(), ctx.document().fileCambiato() ? "changed" : "saved"}
+            .join(" | ").replace(t.folder.path(), "@");
+    };
+    QFile f(t.folder.filePath("Lettera a Mario.rtf"));
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write("{\\rtf1\\ansi{\\fonttbl{\\f0\\fswiss Tahoma;}}\\pard\\f0\\fs20 Caro \\b Mario\\b0\\par\r\nciao\\par\r\n}");
+    f.close();
 
     ctx.document().Novo(0);
-    ctx.openAtStart(u'"' + file + u'"');
-    EXPECT_EQ(ctx.testo().Text(), QStringLiteral("Caro Mario\r\nciao"));
-    EXPECT_EQ(ctx.document().nomeFile, file);
-    EXPECT_EQ(window.windowTitle(), QStringLiteral("Tornelia - Lettera a Mario.rtf"));
-    EXPECT_FALSE(ctx.document().fileCambiato());
-}
-
-TEST(StartTest, AMissingDocumentGivesANewOneWithoutAWord)
-{
-    testing::TestContext t;
-    AppContext& ctx = *t.context;
-    MainWindow window(ctx);
-    ctx.document().Novo(0);
-    ctx.openAtStart(t.folder.filePath(QStringLiteral("sparito.rtf")));
-    EXPECT_EQ(ctx.testo().Text(), QString());
-    EXPECT_EQ(ctx.document().nomeFile, kNoDocument);
-    EXPECT_EQ(window.windowTitle(), QStringLiteral("Tornelia - Documento 1"));
-    EXPECT_EQ(window.statusPanel(1)->text(), QStringLiteral("Nessun documento salvato"));
+    ctx.openAtStart(t.folder.filePath("sparito.rtf"));
+    QStringList states{shown()};
+    ctx.openAtStart(u'"' + f.fileName() + u'"');
+    EXPECT_EQ(states << shown(),
+              (QStringList{" | Documento 1 | Tornelia - Documento 1 | Nessun documento salvato | saved",
+                           "Caro Mario\r\nciao | @/Lettera a Mario.rtf | Tornelia - Lettera a Mario.rtf | "
+                           "Nessun documento salvato | saved"}));
     EXPECT_TRUE(t.messages->said.isEmpty());
 }
 

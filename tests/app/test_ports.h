@@ -1,7 +1,7 @@
 #pragma once
 
 // Ports for tests of the window: answers given in advance, and every
-// message kept.
+// message kept as "title | text | buttons | icon".
 
 #include "app/app_context.h"
 #include "app/scripted_ports.h"
@@ -10,6 +10,10 @@
 
 #include <deque>
 #include <memory>
+#include <ostream>
+
+// Failures print strings as text.
+inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
 
 namespace tornelia::testing {
 
@@ -17,7 +21,7 @@ class AnsweringMessagePort final : public MessagePort {
 public:
     QString mostraMsg(const QString& title, const QString& text, int buttons, int icon) override
     {
-        said.append({title, text, buttons, icon});
+        said << QStringList{title, text, QString::number(buttons), QString::number(icon)}.join(" | ");
         if (answers.empty())
             return buttons == 0 ? QStringLiteral("ok") : QStringLiteral("an");
         const QString a = answers.front();
@@ -25,7 +29,7 @@ public:
         return a;
     }
     std::deque<QString> answers;
-    QList<RecordedMessage> said;
+    QStringList said;
 };
 
 class SaveAsDialogPort final : public DialogPort {
