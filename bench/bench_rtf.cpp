@@ -225,13 +225,5 @@ int main(int argc, char** argv)
     if (argc >= 3 && std::strcmp(argv[1], "--generate") == 0)
         return generate(argv[2], argc >= 4 ? qsizetype(std::atoll(argv[3])) : kLoadFileBytes);
 
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QStandardPaths::setTestModeEnabled(true);
-    QGuiApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return bench::runBenchmarks(argc, argv);
 }

@@ -1,5 +1,9 @@
 #include "bench/rtf_samples.h"
 
+#include <benchmark/benchmark.h>
+#include <QStandardPaths>
+#include <QGuiApplication>
+
 #include <array>
 #include <cstdint>
 #include <random>
@@ -158,6 +162,19 @@ std::unique_ptr<RichTextSurface> formattedDocument(int chars)
     }
     s->setSelStart(0);
     return s;
+}
+
+int runBenchmarks(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QStandardPaths::setTestModeEnabled(true);
+    QGuiApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
 }
 
 }  // namespace tornelia::bench

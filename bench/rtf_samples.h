@@ -30,4 +30,7 @@ QString prose(int chars);
 // through the Sel... properties, as the program makes them.
 std::unique_ptr<RichTextSurface> formattedDocument(int chars);
 
+// Runs the registered benchmarks with no display and no user settings.
+int runBenchmarks(int argc, char** argv);
+
 }  // namespace tornelia::bench

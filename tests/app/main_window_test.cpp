@@ -39,19 +39,8 @@ void typeKeys(QWidget* w, const QString& text)
     }
 }
 
-class MainWindowTest : public ::testing::Test {
+class MainWindowTest : public testing::ShownWindowTest {
 protected:
-    MainWindowTest() : window(*t.context)
-    {
-        t.context->document().Novo(0);
-        window.resize(800, 600);
-        window.show();
-        window.activateWindow();
-        window.editor()->setFocus();
-        QApplication::processEvents();
-    }
-
-    RichTextSurface& testo() { return t.context->testo(); }
     EditorView* view() { return window.editor(); }
     // The text with "^" at the surface's caret, and the view's caret when it
     // is elsewhere: the two must stay one.
@@ -62,9 +51,6 @@ protected:
         return caret == testo().SelStart() ? text : text + " | view at " + QString::number(caret);
     }
     void select(int start, int length) { testo().setSelStart(start); testo().setSelLength(length); }
-
-    testing::TestContext t;
-    MainWindow window;
 };
 
 TEST_F(MainWindowTest, KeysEditTheDocumentThroughTheSurface)

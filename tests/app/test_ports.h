@@ -4,9 +4,14 @@
 // message kept as "title | text | buttons | icon".
 
 #include "app/app_context.h"
+#include "app/main_window.h"
+#include "controls/editor_view.h"
 #include "app/scripted_ports.h"
 
+#include <QApplication>
 #include <QTemporaryDir>
+
+#include <gtest/gtest.h>
 
 #include <deque>
 #include <memory>
@@ -62,6 +67,26 @@ struct TestContext {
     AnsweringMessagePort* messages = nullptr;
     SaveAsDialogPort* dialogs = nullptr;
     std::unique_ptr<AppContext> context;
+};
+
+// The main window on screen over a fresh "Documento 1", with the keyboard
+// focus in the text.
+class ShownWindowTest : public ::testing::Test {
+protected:
+    ShownWindowTest() : window(*t.context)
+    {
+        t.context->document().Novo(0);
+        window.resize(800, 600);
+        window.show();
+        window.activateWindow();
+        window.editor()->setFocus();
+        QApplication::processEvents();
+    }
+
+    RichTextSurface& testo() { return t.context->testo(); }
+
+    TestContext t;
+    MainWindow window;
 };
 
 }  // namespace tornelia::testing

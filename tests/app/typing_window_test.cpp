@@ -26,20 +26,8 @@
 namespace tornelia {
 namespace {
 
-class TypingWindowTest : public ::testing::Test {
+class TypingWindowTest : public testing::ShownWindowTest {
 protected:
-    TypingWindowTest() : window(*t.context)
-    {
-        t.context->document().Novo(0);
-        window.resize(800, 600);
-        window.show();
-        window.activateWindow();
-        window.editor()->setFocus();
-        QApplication::processEvents();
-    }
-
-    RichTextSurface& testo() { return t.context->testo(); }
-
     // Each character as a key pressed on the view; after each, the surface's
     // caret and the view's anchor/position.
     QString typeKeys(const QString& text)
@@ -81,9 +69,6 @@ protected:
         entry->trigger();
         return rows.join(u' ');
     }
-
-    testing::TestContext t;
-    MainWindow window;
 };
 
 }  // namespace
