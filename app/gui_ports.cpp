@@ -7,6 +7,8 @@
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
+#include <QInputDialog>
+#include <QLineEdit>
 #include <QFileInfo>
 #include <QFontDialog>
 #include <QFormLayout>
@@ -182,6 +184,13 @@ QString GuiMessagePort::mostraMsg(const QString& title, const QString& text, int
     MessageDialog dialog(title, text, buttons, icon, dialogParent());
     dialog.exec();
     return dialog.answer();
+}
+
+QString GuiMessagePort::inputBox(const QString& title, const QString& prompt)
+{
+    bool ok = false;
+    const QString answer = QInputDialog::getText(dialogParent(), title, prompt, QLineEdit::Normal, QString(), &ok);
+    return ok ? answer : QString();
 }
 
 std::optional<QString> GuiDialogPort::openFile(const QString& title, const QStringList& filters)

@@ -38,6 +38,7 @@ private:
 class GuiMessagePort final : public MessagePort {
 public:
     QString mostraMsg(const QString& title, const QString& text, int buttons, int icon) override;
+    QString inputBox(const QString& title, const QString& prompt) override;
 };
 
 class GuiDialogPort final : public DialogPort {

@@ -6,6 +6,7 @@
 
 #include "app/app_context.h"
 #include "core/ports.h"
+#include "core/procedures.h"
 
 #include <QHash>
 #include <QList>
@@ -21,7 +22,7 @@ namespace tornelia {
 
 class EditorView;
 
-class MainWindow : public QMainWindow, public FramePort, public TypingProcedures {
+class MainWindow : public QMainWindow, public FramePort, public MainProcedures {
     Q_OBJECT
 public:
     explicit MainWindow(AppContext& context, QWidget* parent = nullptr);

@@ -26,7 +26,14 @@ public:
         messages.append({title, text, buttons, icon});
         return buttons == 0 ? QStringLiteral("ok") : QStringLiteral("no");
     }
+    // Questions get the queued answers in order, then "".
+    QString inputBox(const QString& title, const QString& prompt) override
+    {
+        messages.append({title, prompt, -1, 0});
+        return answers.isEmpty() ? QString() : answers.takeFirst();
+    }
     QList<RecordedMessage> messages;
+    QStringList answers;
 };
 
 // Every chooser is cancelled.

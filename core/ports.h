@@ -18,6 +18,8 @@ class MessagePort {
 public:
     virtual ~MessagePort() = default;
     virtual QString mostraMsg(const QString& title, const QString& text, int buttons, int icon) = 0;
+    // A modal question with an answer field; a cancel gives "".
+    virtual QString inputBox(const QString& title, const QString& prompt) = 0;
 };
 
 struct FontChoice {

@@ -33,7 +33,17 @@ public:
         answers.pop_front();
         return a;
     }
+    QString inputBox(const QString& title, const QString& prompt) override
+    {
+        said << QStringList{title, prompt, QStringLiteral("input")}.join(" | ");
+        if (inputs.empty())
+            return {};
+        const QString a = inputs.front();
+        inputs.pop_front();
+        return a;
+    }
     std::deque<QString> answers;
+    std::deque<QString> inputs;
     QStringList said;
 };
 

@@ -45,6 +45,11 @@ struct Fakes : MessagePort, DialogPort, ShellPort, FramePort {
             ADD_FAILURE() << "unscripted question: " << shown.back();
         return !answers.isEmpty() ? answers.takeFirst() : buttons == 0 ? "ok" : "an";
     }
+    QString inputBox(const QString&, const QString& prompt) override
+    {
+        ADD_FAILURE() << "unexpected input box: " << prompt.toStdString();
+        return {};
+    }
     std::optional<QString> openFile(const QString& title, const QStringList& filters) override
     {
         return pick("open | " + title + " | " + filters.join(";"));

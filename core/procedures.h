@@ -1,0 +1,59 @@
+#pragma once
+
+// The procedures of the main window that reach beyond the document: the
+// menus, the toolbars, the keys and the macro commands all call these, so a
+// command means the same thing wherever it comes from. The window implements
+// them; without a window (the command line) they do nothing.
+
+#include "core/typing_assist.h"
+
+#include <QString>
+
+namespace tornelia {
+
+// The windows a command shows, by the names the program gives them.
+enum class Window {
+    frmImp,       // page setup
+    frmIm,        // picture
+    Form1,        // line
+    form2,        // special text
+    form3,        // special character
+    frmMai,       // upper and lower case
+    frmGoTo,      // go to
+    frmTimeDate,  // date and time
+    frmcic,       // cyclic text
+    Fontt,        // font viewer
+    FrmSt,        // styles
+    frmHTM,       // HTML conversion
+    frmOnd,       // ripple
+    frmSott,      // special underline
+    FrmApiPed,    // raised and lowered levels
+    frmCE,        // special colours and highlights
+    frmMac,       // macros
+    frmCor,       // automatic correction
+    FrmOpz,       // options
+    frmRecuper,   // document recovery
+    frmInc,       // special copy and paste
+    frmApp,       // clipboard viewer
+    frmZip,       // compression
+};
+
+class MainProcedures : public TypingProcedures {
+public:
+    // Shows a window owned by the main window, without waiting for it.
+    virtual void showWindow(Window) {}
+    virtual void StaMpa() {}
+    // The picture bullet of the current paragraph.
+    virtual void PaRImM() {}
+    // The word count window.
+    virtual void CpAr() {}
+    virtual void MaIL(const QString& /*address*/) {}
+    // Insert a file chosen by the person.
+    virtual void InSFilE() {}
+    // The on-screen keyboard shown or hidden.
+    virtual void showKeyboard(bool /*shown*/) {}
+    // Brings the undo entries of the menus up to date after a command.
+    virtual void CmeN() {}
+};
+
+}  // namespace tornelia
