@@ -1,0 +1,7 @@
+#include "app/window_registry.h"
+
+namespace tornelia {
+
+void registerMacroWindows(WindowRegistry& /*registry*/) {}
+
+}  // namespace tornelia
