@@ -9,6 +9,15 @@
 
 namespace tornelia {
 
+void inserisciTesto(RichTextSurface& testo, UndoStore* undo, const QString& text)
+{
+    if (text.isEmpty())
+        return;
+    if (undo)
+        undo->unDO();
+    testo.setSelText(text);
+}
+
 // ---------------------------------------------------------------- date and time
 
 namespace {

@@ -20,6 +20,10 @@ class DialogPort;
 class MessagePort;
 class UndoStore;
 
+// Text typed at the caret in place of the selection, after an undo step.
+// An empty text changes nothing.
+void inserisciTesto(RichTextSurface& testo, UndoStore* undo, const QString& text);
+
 // --- date and time ---
 
 // A date and time written by a format of letters: d dd ddd dddd (day),
