@@ -54,12 +54,13 @@ FrmCic::FrmCic(RichTextSurface& testo, UndoStore* undo, MessagePort& messages, Q
     lblP_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     // Room for the longer pattern, so switching tabs does not resize the window.
     lblP_->setMinimumHeight(fontMetrics().lineSpacing() * 4);
+    lblP_->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("Prefisso 2 suffisso")) + 8);
     (new QVBoxLayout(preview))->addWidget(lblP_);
 
     pb_ = new QProgressBar(this);
     pb_->setObjectName(QStringLiteral("pb"));
     pb_->setValue(0);
-    pb_->setTextVisible(false);
+    pb_->setTextVisible(true);
 
     c1_ = new QPushButton(QStringLiteral("&Inserisci"), this);
     c1_->setObjectName(QStringLiteral("c1"));
@@ -84,7 +85,7 @@ FrmCic::FrmCic(RichTextSurface& testo, UndoStore* undo, MessagePort& messages, Q
     column->addLayout(top);
     column->addLayout(buttons);
     showTab(0);
-    resize(500, sizeHint().height());
+    resize(540, sizeHint().height());
 }
 
 void FrmCic::showTab(int index)

@@ -72,6 +72,8 @@ Fontt::Fontt(RichTextSurface& testo, QWidget* parent) : QDialog(parent), testo_(
         swatches->addWidget(b, i / 8, i % 8);
     }
 
+    picColors_->setFixedSize(picColors_->sizeHint());
+
     u1_ = new QPushButton(QStringLiteral("&Applica al testo"), this);
     u1_->setObjectName(QStringLiteral("u1"));
     u1_->setToolTip(QStringLiteral("Dà al testo selezionato il carattere, la dimensione, lo stile e il colore scelti"));
@@ -101,6 +103,7 @@ Fontt::Fontt(RichTextSurface& testo, QWidget* parent) : QDialog(parent), testo_(
     right->addWidget(text1_, 1);
     right->addLayout(styles);
     right->addLayout(sizeAndColour);
+    right->addStretch(1);
     right->addLayout(buttons);
     auto* row = new QHBoxLayout(this);
     row->addWidget(list_);
@@ -108,6 +111,7 @@ Fontt::Fontt(RichTextSurface& testo, QWidget* parent) : QDialog(parent), testo_(
 
     const auto found = list_->findItems(font().family(), Qt::MatchExactly);
     list_->setCurrentRow(found.isEmpty() ? 0 : list_->row(found.first()));
+    list_->scrollToItem(list_->currentItem(), QAbstractItemView::PositionAtCenter);
     updateSample();
     resize(680, 340);
 }

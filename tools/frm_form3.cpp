@@ -93,7 +93,8 @@ void CharGrid::mousePressEvent(QMouseEvent* event)
 {
     const int code = codeAt(event->position().toPoint());
     if (code >= 0 && event->button() == Qt::LeftButton)
-        emit clicked(characterAt(code));
+        if (const QString c = characterAt(code); !c.isEmpty())
+            emit clicked(c);
 }
 
 Form3::Form3(RichTextSurface& testo, QWidget* parent) : QDialog(parent), testo_(testo)

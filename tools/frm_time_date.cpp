@@ -70,7 +70,7 @@ FrmTimeDate::FrmTimeDate(RichTextSurface& testo, UndoStore* undo, std::function<
     row->addLayout(side);
     lstDates_->setMinimumWidth(200);
     lstDates_->setCurrentRow(0);
-    resize(480, 320);
+    resize(480, 300);
 }
 
 void FrmTimeDate::insertEntry()

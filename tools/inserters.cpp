@@ -315,9 +315,15 @@ bool FileInserter::insertInto(RichTextSurface& testo, UndoStore* undo, MessagePo
 
 QString gridCharacter(int code, bool symbolFont)
 {
+    if (code < kFirstGridCode || code > kLastGridCode)
+        return {};
     if (symbolFont)
         return QString(QChar(char16_t(0xF000 + code)));
-    return QString(QChar(cp1252Char(static_cast<unsigned char>(code))));
+    // DEL and the holes of the code page have nothing to show or insert.
+    const char16_t c = cp1252Char(static_cast<unsigned char>(code));
+    if (c == 0x7F || (c >= 0x80 && c <= 0x9F))
+        return {};
+    return QString(QChar(c));
 }
 
 QString asciiReadout(QChar c)

@@ -195,6 +195,9 @@ TEST(SpecialCharacters, GridReadOutAndInsertion)
     EXPECT_EQ(gridCharacter(128, false), QStringLiteral("€"));
     EXPECT_EQ(gridCharacter(233, false), QStringLiteral("é"));
     EXPECT_EQ(gridCharacter(74, true), QString(QChar(0xF04A)));
+    EXPECT_EQ(gridCharacter(127, false), QString());
+    EXPECT_EQ(gridCharacter(0x81, false), QString());
+    EXPECT_EQ(gridCharacter(0x9F, false), QStringLiteral("Ÿ"));
     const QStringList readouts{asciiReadout(QLatin1Char('A')), asciiReadout(QChar(0x20AC)), asciiReadout(QChar(0xE9)),
                                asciiReadout(QChar(0xF04A))};
     EXPECT_EQ(readouts, (QStringList{"Ascii= ALT + 065", "Ascii= ALT + 0128", "Ascii= ALT + 0233",
