@@ -135,7 +135,7 @@ Form3::Form3(RichTextSurface& testo, QWidget* parent) : QDialog(parent), testo_(
     });
     connect(cancella, &QPushButton::clicked, t_, &QLineEdit::clear);
     connect(u1_, &QPushButton::clicked, this, [this] {
-        insertCharacters(testo_, family_, t_->text());
+        insertCharacters(testo_, family_, t_->text(), grid_->isSymbolFont());
         t_->clear();
     });
     connect(u2, &QPushButton::clicked, this, &QDialog::close);

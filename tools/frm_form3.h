@@ -23,6 +23,7 @@ public:
     explicit CharGrid(QWidget* parent = nullptr);
     void setGridFont(const QFont& font, bool symbol);
     QString characterAt(int code) const;
+    bool isSymbolFont() const { return symbol_; }
     // The code of the cell under a point of the widget, or -1.
     int codeAt(const QPoint& p) const;
     QRect cellRect(int code) const;

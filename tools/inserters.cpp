@@ -334,12 +334,30 @@ QString asciiReadout(QChar c)
     return QStringLiteral("Ascii= ALT + 0") + QString::number(code);
 }
 
-void insertCharacters(RichTextSurface& testo, const QString& fontName, const QString& characters)
+void insertCharacters(RichTextSurface& testo, const QString& fontName, const QString& characters, bool symbolFont)
 {
     if (characters.isEmpty())
         return;
-    testo.setSelFontName(fontName);
-    testo.setSelText(characters);
+    if (!symbolFont) {
+        testo.setSelFontName(fontName);
+        testo.setSelText(characters);
+        return;
+    }
+    const float size = testo.SelFontSize().value_or(testo.defaultCharFormat().fontPointSize() > 0
+                                                        ? float(testo.defaultCharFormat().fontPointSize())
+                                                        : 10.0f);
+    QString name = fontName;
+    name.remove(QLatin1Char(';')).remove(QLatin1Char('{')).remove(QLatin1Char('}')).remove(QLatin1Char('\\'));
+    QString body;
+    for (const QChar c : characters) {
+        const int byte = c.unicode() >= 0xF000 && c.unicode() <= 0xF0FF ? c.unicode() - 0xF000 : cp1252Byte(c.unicode());
+        if (byte >= 0)
+            body += QStringLiteral("\\'%1").arg(byte, 2, 16, QLatin1Char('0'));
+    }
+    testo.setSelRTF(QStringLiteral("{\\rtf1\\ansi{\\fonttbl{\\f0\\fnil\\fcharset2 %1;}}\\f0\\fs%2 %3}")
+                        .arg(name)
+                        .arg(int(size * 2 + 0.5f))
+                        .arg(body));
 }
 
 // ---------------------------------------------------------------- font viewer

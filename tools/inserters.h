@@ -110,8 +110,11 @@ QString gridCharacter(int code, bool symbolFont);
 // The read-out under the grid for a character: "Ascii= ALT + 0" and its
 // code, the one ALT and the keypad type on Windows.
 QString asciiReadout(QChar c);
-// u1: the collected characters at the caret in the chosen font.
-void insertCharacters(RichTextSurface& testo, const QString& fontName, const QString& characters);
+// u1: the collected characters at the caret in the chosen font. In a symbol
+// font they go in as the font's own bytes, so the document keeps the font's
+// symbol character set and other programs show the same signs.
+void insertCharacters(RichTextSurface& testo, const QString& fontName, const QString& characters,
+                      bool symbolFont = false);
 
 // --- font viewer ---
 

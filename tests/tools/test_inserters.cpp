@@ -213,6 +213,14 @@ TEST(SpecialCharacters, GridReadOutAndInsertion)
     EXPECT_EQ(s.SelFontName(), std::optional<QString>(QStringLiteral("Courier New")));
     insertCharacters(s, QStringLiteral("Arial"), QString());
     EXPECT_EQ(s.Text(), QStringLiteral("x€©y"));
+
+    // Signs of a symbol font keep the font's bytes and its character set.
+    s.setSelStart(4);
+    insertCharacters(s, QStringLiteral("Wingdings"), gridCharacter(74, true) + gridCharacter(232, true), true);
+    EXPECT_EQ(s.Text(), QStringLiteral("x€©y") + QChar(0xF04A) + QChar(0xF0E8));
+    const QString rtf = s.TextRTF();
+    EXPECT_TRUE(rtf.contains(QStringLiteral("\\fcharset2 Wingdings;"))) << rtf.toStdString();
+    EXPECT_TRUE(rtf.contains(QStringLiteral("J\\'e8\\par"))) << rtf.toStdString();
 }
 
 TEST(FontViewer, LookGoesToTheSelection)
