@@ -168,20 +168,20 @@ Form3::Form3(RichTextSurface& testo, QWidget* parent) : QDialog(parent), testo_(
 
 void Form3::chooseFont(const QString& family)
 {
-    // The name asked for goes into the document even when this system shows
-    // the font through a substitute.
-    family_ = family;
     QFont f(family);
     {
         const QSignalBlocker block(combo1_);
         combo1_->setCurrentFont(f);
     }
-    const bool symbol = QFontDatabase::writingSystems(family).contains(QFontDatabase::Symbol);
-    grid_->setGridFont(f, symbol);
-    QFont big(family);
+    // A font this system lacks is shown and inserted as the one the list
+    // fell back to, so what goes into the text is what the grid shows.
+    family_ = QFontDatabase::hasFamily(family) ? family : combo1_->currentFont().family();
+    const bool symbol = QFontDatabase::writingSystems(family_).contains(QFontDatabase::Symbol);
+    grid_->setGridFont(QFont(family_), symbol);
+    QFont big(family_);
     big.setPointSize(48);
     zoom_->setFont(big);
-    t_->setFont(QFont(family, t_->font().pointSize()));
+    t_->setFont(QFont(family_, t_->font().pointSize()));
     zoom_->clear();
 }
 

@@ -16,6 +16,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFile>
+#include <QFontDatabase>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -158,7 +159,12 @@ TEST_F(ToolsWindowTest, FileWindowChoosesThenInserts)
 TEST_F(ToolsWindowTest, CharacterGridCollectsClicksAndInsertsInTheFont)
 {
     Form3 w(s);
-    w.chooseFont(QStringLiteral("Courier New"));
+    QString family;
+    for (const QString& f : QFontDatabase::families(QFontDatabase::Latin))
+        if (!QFontDatabase::writingSystems(f).contains(QFontDatabase::Symbol) && family.isEmpty())
+            family = f;
+    w.chooseFont(family);
+    EXPECT_EQ(w.family(), family);
     const QPoint a = w.grid()->cellRect('A').center();
     const QPoint euro = w.grid()->cellRect(128).center();
     mouseAt(w.grid(), QEvent::MouseMove, euro);
@@ -171,7 +177,7 @@ TEST_F(ToolsWindowTest, CharacterGridCollectsClicksAndInsertsInTheFont)
     EXPECT_EQ(s.Text(), QStringLiteral("A€prima riga\r\nseconda riga"));
     s.setSelStart(0);
     s.setSelLength(2);
-    EXPECT_EQ(s.SelFontName(), std::optional<QString>(QStringLiteral("Courier New")));
+    EXPECT_EQ(s.SelFontName(), std::optional<QString>(family));
     EXPECT_EQ(w.t()->text(), QString());
 }
 
