@@ -4,6 +4,7 @@
 #include "core/undo_store.h"
 #include "tools/frm_cic.h"
 #include "tools/frm_ffile.h"
+#include "tools/frm_fontt.h"
 #include "tools/frm_form3.h"
 #include "tools/frm_go_to.h"
 #include "tools/frm_mai.h"
@@ -197,6 +198,35 @@ TEST_F(ToolsWindowTest, DateWindowListsAndInsertsTheMomentOfTheClick)
     w.cmdinsCusFor()->click();
     EXPECT_EQ(s.Text(), QStringLiteral("08:30martedì prima riga\r\nseconda riga"));
     EXPECT_EQ(w.lblSample()->text(), QStringLiteral("martedì "));
+}
+
+TEST_F(ToolsWindowTest, FontViewerShowsAndAppliesTheLook)
+{
+    Fontt w(s);
+    ASSERT_GT(w.fonts()->count(), 0);
+    w.fonts()->setCurrentRow(0);
+    const QString family = w.fonts()->item(0)->text();
+    w.check(0)->setChecked(true);
+    w.check(2)->setChecked(true);
+    w.dime()->setCurrentText(QStringLiteral("14"));
+    w.setColour(0x0000FF);
+    EXPECT_EQ(w.text1()->text(), QStringLiteral("Testo di prova"));
+    EXPECT_EQ(w.text1()->font().pointSizeF(), 14.0);
+    EXPECT_TRUE(w.text1()->font().bold());
+    EXPECT_EQ(w.text1()->palette().color(QPalette::Text), QColor(255, 0, 0));
+
+    s.setSelStart(6);
+    s.setSelLength(4);
+    w.u1()->click();
+    const FontLook expected{family, 14, true, false, true, 0x0000FF};
+    EXPECT_EQ(w.look(), expected);
+    EXPECT_EQ((FontLook{*s.SelFontName(), *s.SelFontSize(), *s.SelBold(), *s.SelItalic(), *s.SelUnderline(),
+                        *s.SelColor()}),
+              expected);
+
+    // A size that is no number shows the sample at 10 rather than failing.
+    w.dime()->setCurrentText(QStringLiteral("grande"));
+    EXPECT_EQ(w.look().size, 10.0f);
 }
 
 TEST_F(ToolsWindowTest, WordCountFollowsTheDocument)
