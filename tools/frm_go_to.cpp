@@ -28,18 +28,18 @@ FrmGoTo::FrmGoTo(RichTextSurface& testo, MessagePort& messages, QWidget* parent)
         GoTo::Option option;
         const char* name;
         const char* caption;
-    } specs[] = {
+    } entries[] = {
         {GoTo::GotoLine, "GotoLine", "&Linea"},
         {GoTo::GotoStart, "GotoStart", "&Inizio"},
         {GoTo::GoToEnd, "GoToEnd", "&Fine"},
         {GoTo::GotoPer, "GotoPer", "&Percentuale"},
     };
-    for (const auto& spec : specs) {
-        auto* r = new QRadioButton(QString::fromLatin1(spec.caption), group);
-        r->setObjectName(QString::fromLatin1(spec.name));
+    for (const auto& entry : entries) {
+        auto* r = new QRadioButton(QString::fromLatin1(entry.caption), group);
+        r->setObjectName(QString::fromLatin1(entry.name));
         radios->addWidget(r);
-        buttons->addButton(r, spec.option);
-        options_[spec.option] = r;
+        buttons->addButton(r, entry.option);
+        options_[entry.option] = r;
     }
     options_[GoTo::GotoLine]->setChecked(true);
 
