@@ -151,7 +151,8 @@ void MainLayout::setWidgets(const Widgets& widgets)
     if (w_.clip)
         w_.clip->installEventFilter(this);
     if (w_.editor) {
-        connect(w_.editor, &EditorView::pageOriginChanged, this, [this](int) { layoutPass(); },
+        // The ruler's zero follows the sheet's edge as the page scrolls.
+        connect(w_.editor, &EditorView::pageOriginChanged, this, &MainLayout::followPageOrigin,
                 Qt::UniqueConnection);
     }
     ImpostaVis();
@@ -319,20 +320,19 @@ int MainLayout::layoutPass()
         const QRect line(picLin_->x(), plan.editor.top(), 1, plan.editor.height());
         set += place(picLin_, line, true);
     }
-    if (rul_ && w_.editor) {
-        const int origin = w_.editor->x() + w_.editor->pageLeftInView() - rul_->x();
-        rul_->setOrigin(origin);
+    followPageOrigin();
+    if (w_.clip && in.clipWidth > 0) {
+        set += place(w_.clip, plan.clip, true);
+        set += place(w_.separator, plan.separator, w_.separator && !w_.separator->isHidden());
     }
     inPass_ = false;
-    set += [&] {
-        int n = 0;
-        if (w_.clip && in.clipWidth > 0) {
-            n += place(w_.clip, plan.clip, true);
-            n += place(w_.separator, plan.separator, w_.separator && !w_.separator->isHidden());
-        }
-        return n;
-    }();
     return set;
+}
+
+void MainLayout::followPageOrigin()
+{
+    if (rul_ && w_.editor)
+        rul_->setOrigin(w_.editor->x() + w_.editor->pageLeftInView() - rul_->x());
 }
 
 void MainLayout::moVCliP()

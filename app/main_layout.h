@@ -128,6 +128,7 @@ protected:
 
 private:
     void syncActions();
+    void followPageOrigin();
     bool place(QWidget* w, const QRect& r, bool visible);
     double viewScale() const;
 

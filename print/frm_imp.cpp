@@ -158,6 +158,14 @@ FrmImp::FrmImp(SettingsStore& settings, MessagePort& messages, QWidget* parent)
     showModel();
 }
 
+FrmImp::~FrmImp()
+{
+    // A field that loses the focus as the window goes would still reach the
+    // model, which is gone by then.
+    for (QLineEdit* f : fields_)
+        f->disconnect(this);
+}
+
 void FrmImp::showModel()
 {
     showing_ = true;

@@ -19,6 +19,7 @@ class FrmImp : public QDialog {
     Q_OBJECT
 public:
     FrmImp(SettingsStore& settings, MessagePort& messages, QWidget* parent = nullptr);
+    ~FrmImp() override;
 
     PageSetupModel& model() { return model_; }
     QLineEdit* marginField(int k) const { return fields_.at(k); }

@@ -186,16 +186,32 @@ void Rul::paintEvent(QPaintEvent*)
     const QFontMetricsF fm(f);
     p.setPen(isEnabled() ? Qt::black : palette().color(QPalette::Disabled, QPalette::WindowText));
     const double mid = (top + bottom) / 2.0;
+    // At small zooms the numbers would touch: every second or fifth one is
+    // written, the others are marks, and the half-centimetre ticks go.
+    const double perCm = kTwipsPerCm * pixelsPerTwip();
+    const double widest = fm.horizontalAdvance(QString::number(int(m.PageWidth / kTwipsPerCm))) + 10;
+    int every = 1;
+    for (int step : {1, 2, 5, 10}) {
+        every = step;
+        if (widest <= step * perCm)
+            break;
+    }
+    const bool halves = perCm >= 24;
     const int halfCm = 283;
     for (int i = 1; i * halfCm < m.PageWidth; ++i) {
-        const double twips = i % 2 == 0 ? (i / 2) * kTwipsPerCm : i * halfCm;
+        const bool whole = i % 2 == 0;
+        if (!whole && !halves)
+            continue;
+        const double twips = whole ? (i / 2) * kTwipsPerCm : i * halfCm;
         const double x = std::round(xOfTwips(twips)) + 0.5;
         if (x < -20 || x > width() + 20)
             continue;
-        if (i % 2 == 0) {
+        if (whole && (i / 2) % every == 0) {
             const QString n = QString::number(i / 2);
             const double w = fm.horizontalAdvance(n);
             p.drawText(QPointF(x - w / 2, mid + fm.ascent() / 2 - 1), n);
+        } else if (whole) {
+            p.drawLine(QPointF(x, mid - 3), QPointF(x, mid + 3));
         } else {
             p.drawLine(QPointF(x, mid - 2), QPointF(x, mid + 2));
         }
