@@ -143,6 +143,7 @@ void MainLayout::setWidgets(const Widgets& widgets)
             rul_->Disegna();
             layoutPass();
         });
+        rulerController_->beforeChange = beforeChange_;
     }
     w_.area->installEventFilter(this);
     for (QWidget* t : w_.toolbar)
@@ -157,6 +158,13 @@ void MainLayout::setWidgets(const Widgets& widgets)
     }
     ImpostaVis();
     layoutPass();
+}
+
+void MainLayout::setBeforeChange(std::function<void()> unDO)
+{
+    beforeChange_ = std::move(unDO);
+    if (rulerController_)
+        rulerController_->beforeChange = beforeChange_;
 }
 
 void MainLayout::setViewActions(QAction* normale, QAction* pagina, QAction* righello)

@@ -16,6 +16,7 @@
 #include <QRect>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -98,6 +99,9 @@ public:
     void mnuRighello();
     // An item of "Zoom", by its caption, as if picked in the combo.
     void mnuZoom(const QString& caption);
+    // Runs before the ruler changes the indent of the document, so that the
+    // change can be undone (the undo store's unDO).
+    void setBeforeChange(std::function<void()> unDO);
     // The page window confirmed a new page.
     void applyPage(const PageSettings& page);
 
@@ -146,6 +150,7 @@ private:
     QPointer<QAction> pagina_;
     QPointer<QAction> righello_;
     QPointer<QComboBox> cbZoom_;
+    std::function<void()> beforeChange_;
     bool inPass_ = false;
 };
 

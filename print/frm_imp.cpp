@@ -94,7 +94,7 @@ FrmImp::FrmImp(SettingsStore& settings, MessagePort& messages, QWidget* parent)
         grid->addWidget(p, k, 2);
         grid->addWidget(m, k, 3);
         fields_[k] = field;
-        connect(field, &QLineEdit::textEdited, this, [this, k] { fieldEdited(k); });
+        connect(field, &QLineEdit::textChanged, this, [this, k] { fieldEdited(k); });
         connect(field, &QLineEdit::editingFinished, this, [this] {
             model_.FormattaMargini();
             showModel();

@@ -259,17 +259,19 @@ void Rul::showLabel(int twips)
 
 void Rul::mousePressEvent(QMouseEvent* e)
 {
-    if (e->button() != Qt::LeftButton || !isEnabled()) {
+    if (!isEnabled()) {
         QWidget::mousePressEvent(e);
         return;
     }
     const double t = twipsOfX(e->position().x());
     // The grips keep their size on screen at every zoom.
     const double tolerance = RulerModel::kHalfGrip / std::max(0.01, model_.ZoM);
-    if (model_.press(model_.gripAt(t, tolerance), t)) {
+    if (e->button() == Qt::LeftButton && model_.press(model_.gripAt(t, tolerance), t)) {
         showLabel(model_.dragPos());
         emit Dragging(true, model_.dragPos());
         update();
+    } else {
+        emit ScaleMouseDown(int(e->button()), int(std::lround(t)));
     }
     e->accept();
 }
@@ -286,8 +288,11 @@ void Rul::mouseMoveEvent(QMouseEvent* e)
 
 void Rul::mouseReleaseEvent(QMouseEvent* e)
 {
-    if (e->button() != Qt::LeftButton || model_.dragging() == RulerModel::NoGrip)
+    if (e->button() != Qt::LeftButton || model_.dragging() == RulerModel::NoGrip) {
+        if (isEnabled())
+            emit ScaleMouseUp(int(e->button()), int(std::lround(twipsOfX(e->position().x()))));
         return;
+    }
     const int pos = model_.move(twipsOfX(e->position().x()));
     const RulerModel::Release r = model_.release();
     lbl_->hide();

@@ -103,6 +103,10 @@ signals:
     // once more with visible false when it stops.
     void Dragging(bool visible, int position);
     void MarginChanged();
+    // A press and a release on the scale away from the grips, at a place in
+    // twips from the ruler's zero.
+    void ScaleMouseDown(int button, int position);
+    void ScaleMouseUp(int button, int position);
     void DragEnd();
 
 protected:

@@ -3,6 +3,7 @@
 // click on a zoomed page lands on the character under it, and the ruler's
 // grip sets the indent of the paragraph.
 #include "app/main_layout.h"
+#include "app/window_registry.h"
 #include "controls/editor_view.h"
 #include "core/rich_text_surface.h"
 #include "core/settings.h"
@@ -383,6 +384,32 @@ TEST_F(Area, Screenshots)
     page.update();
     settle();
     page.grab().save(QDir(qEnvironmentVariable("TORNELIA_SHOTS")).filePath("frmImp-landscape.png"));
+}
+
+}  // namespace
+}  // namespace tornelia
+
+namespace tornelia {
+namespace {
+
+TEST(PrintWiring, PageWindowOpensOnceAndItsConfirmReachesTheLayout)
+{
+    testing::TestContext t;
+    WindowRegistry registry;
+    registerPrintWindows(registry);
+    QWidget owner;
+    auto* layout = new MainLayout(t.context->settings(), t.context->testo(), t.context->messages(), &owner);
+    MainProcedures procedures;
+    const WindowHost host{*t.context, &owner, procedures};
+    ASSERT_TRUE(registry.open(Window::frmImp, host));
+    ASSERT_TRUE(registry.open(Window::frmImp, host));
+    const QList<FrmImp*> open = owner.findChildren<FrmImp*>();
+    ASSERT_EQ(open.size(), 1);
+    open[0]->marginField(Sin)->setText("3.5");
+    open[0]->Option2()->click();
+    open[0]->confirm();
+    EXPECT_EQ(layout->page(), (PageSettings{1, 1, 3.5, 2, 2}));
+    QApplication::processEvents();
 }
 
 }  // namespace
