@@ -3,7 +3,9 @@
 // The editing area: a graphics view over the surface's QTextDocument. The
 // surface stays the owner of the text, the caret and the selection; the view
 // shows them, routes keys and clicks through the surface's events, and keeps
-// its own caret in step with the surface's.
+// its own caret in step with the surface's. In the page view the text
+// stands on a white sheet in a grey field and wraps at the paper's line;
+// the zoom is the view's scale in both views.
 
 #include "core/rich_text_surface.h"
 
