@@ -7,6 +7,7 @@
 #include <QFocusEvent>
 #include <QGraphicsScene>
 #include <QGraphicsSceneContextMenuEvent>
+#include <QGraphicsRectItem>
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsTextItem>
 #include <QInputMethodEvent>
@@ -25,6 +26,10 @@
 namespace tornelia {
 
 namespace {
+
+// The grey border of the field around the page, in document pixels.
+constexpr qreal kFieldBorder = 24;
+const QColor kFieldColour(128, 128, 128);
 
 int mouseButtonCode(Qt::MouseButton b)
 {
@@ -335,6 +340,12 @@ EditorView::EditorView(RichTextSurface& surface, QWidget* parent)
     // Drops would insert Qt's HTML behind the surface's RTF reader.
     item_->setAcceptDrops(false);
     item_->setPos(0, 0);
+    // The sheet of the page view, under the text; hidden in normal view.
+    sheet_ = new QGraphicsRectItem;
+    sheet_->setPen(QPen(QColor(64, 64, 64), 0));
+    sheet_->setZValue(-1);
+    sheet_->setVisible(false);
+    scene->addItem(sheet_);
     scene->addItem(item_);
     item_->setFocus();
     item_->setTextCursor(surface_.cursor());
@@ -442,13 +453,60 @@ void EditorView::applyZoom()
     zoom_ = z;
     setTransform(QTransform::fromScale(z, z));
     rewrap();
+    reportPageOrigin();
+}
+
+qreal EditorView::pixelsOfTwips(double twips) const
+{
+    return twips * logicalDpiX() / 1440.0;
+}
+
+void EditorView::setPageLayout(const std::optional<PageLayout>& page)
+{
+    if (page == page_)
+        return;
+    page_ = page;
+    sheet_->setVisible(page_.has_value());
+    setAlignment(page_ ? Qt::AlignHCenter | Qt::AlignTop : Qt::AlignLeft | Qt::AlignTop);
+    applyBackColor();
+    rewrap();
+}
+
+QRectF EditorView::pageRect() const
+{
+    return page_ ? sheet_->rect() : QRectF();
+}
+
+int EditorView::pageLeftInView() const
+{
+    if (!page_)
+        return viewport()->x() + mapFromScene(QPointF(0, 0)).x();
+    return viewport()->x() + mapFromScene(sheet_->rect().topLeft()).x();
+}
+
+void EditorView::reportPageOrigin()
+{
+    const int x = pageLeftInView();
+    if (x == lastPageOrigin_)
+        return;
+    lastPageOrigin_ = x;
+    emit pageOriginChanged(x);
+}
+
+void EditorView::scrollContentsBy(int dx, int dy)
+{
+    QGraphicsView::scrollContentsBy(dx, dy);
+    if (dx != 0)
+        reportPageOrigin();
 }
 
 void EditorView::rewrap()
 {
     // Zoom is the view's scale: the text wraps at the window's width whatever
-    // the zoom, and the line breaks do not move as the zoom changes.
-    const qreal width = std::max<qreal>(1.0, std::floor(viewport()->width() / zoom_) - 1);
+    // the zoom, and the line breaks do not move as the zoom changes. On the
+    // page the width is the paper's, so lines break as they will print.
+    const qreal width = page_ ? std::max<qreal>(1.0, std::floor(pixelsOfTwips(page_->textWidth)))
+                              : std::max<qreal>(1.0, std::floor(viewport()->width() / zoom_) - 1);
     if (surface_.textWidth() != width)
         surface_.setTextWidth(width);
     if (item_->textWidth() != width)
@@ -459,14 +517,46 @@ void EditorView::rewrap()
 
 void EditorView::updateSceneRect()
 {
-    if (scene())
+    if (!scene())
+        return;
+    if (page_)
+        placePage();
+    else {
+        if (item_->pos() != QPointF(0, 0))
+            item_->setPos(0, 0);
         scene()->setSceneRect(item_->boundingRect());
+    }
+    reportPageOrigin();
+    // Qt centres the scene when it lays the scroll bars out, after this.
+    QTimer::singleShot(0, this, [this] { reportPageOrigin(); });
+}
+
+void EditorView::placePage()
+{
+    const PageLayout& p = *page_;
+    const qreal left = pixelsOfTwips(p.left);
+    const qreal top = pixelsOfTwips(p.top);
+    const QSizeF text = item_->boundingRect().size();
+    const qreal width = left + std::max(text.width(), pixelsOfTwips(p.textWidth)) + pixelsOfTwips(p.right);
+    const qreal height = std::max(pixelsOfTwips(p.sheetHeight), top + text.height() + pixelsOfTwips(p.bottom));
+    const QRectF sheet(kFieldBorder, kFieldBorder, std::ceil(width), std::ceil(height));
+    if (sheet_->rect() != sheet)
+        sheet_->setRect(sheet);
+    const QPointF at(kFieldBorder + left, kFieldBorder + top);
+    if (item_->pos() != at)
+        item_->setPos(at);
+    const QRectF field = sheet.adjusted(-kFieldBorder, -kFieldBorder, kFieldBorder, kFieldBorder);
+    if (scene()->sceneRect() != field)
+        scene()->setSceneRect(field);
 }
 
 void EditorView::applyBackColor()
 {
     const Colour c = surface_.BackColor();
-    setBackgroundBrush(QColor(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF)));
+    const QColor back(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF));
+    // On the page the document's colour is the sheet's; the field stays grey.
+    sheet_->setBrush(back);
+    setBackgroundBrush(page_ ? kFieldColour : back);
 }
 
 void EditorView::followSurfaceCursor()
@@ -518,11 +608,12 @@ void EditorView::resizeEvent(QResizeEvent* event)
 {
     QGraphicsView::resizeEvent(event);
     rewrap();
+    reportPageOrigin();
 }
 
 void EditorView::mousePressEvent(QMouseEvent* event)
 {
-    if (event->button() != Qt::LeftButton || itemAt(event->position().toPoint())) {
+    if (event->button() != Qt::LeftButton || itemAt(event->position().toPoint()) == item_) {
         QGraphicsView::mousePressEvent(event);
         return;
     }
