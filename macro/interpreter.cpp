@@ -87,13 +87,16 @@ bool c::IsFun(const QString& name)
 
 void c::tick()
 {
-    if (stepLimit > 0 && ++steps_ > stepLimit)
+    if (stepLimit > 0 && ++steps_ > stepLimit) {
+        stoppedAtLimit_ = true;
         throw MacroRunAborted{};
+    }
 }
 
 void c::ScriptExecute()
 {
     steps_ = 0;
+    stoppedAtLimit_ = false;
     try {
         const QStringList lines = ScriptText.split(QStringLiteral("\r\n"));
         // The line counter is a 16-bit integer: a longer macro overflows it

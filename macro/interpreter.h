@@ -65,6 +65,8 @@ public:
     // unpaired quote in an assignment scans for ever, so callers that run
     // macros they did not write set one.
     long long stepLimit = 0;
+    // Whether the last run was abandoned at the step limit.
+    bool stoppedAtLimit() const { return stoppedAtLimit_; }
 
     // --- the engine's operations, public for whoever embeds or checks it ---
     void SetVar(const QString& name, const MacroValue& value);
@@ -91,6 +93,7 @@ private:
     std::vector<MacroValue> varValues_;
     std::unique_ptr<RichTextSurface> ownHidden_;
     long long steps_ = 0;
+    bool stoppedAtLimit_ = false;
 };
 
 // Removes blanks from both ends; tabs and line ends stay, as the language
