@@ -61,10 +61,13 @@ frmMac::frmMac(MacroHost host, DialogPort& dialogs, QWidget* owner)
     mnu_->addAction(QStringLiteral("&Incolla"), this, [this] { editor_.pasteText(); showCaret(); });
 
     List1_ = new QListWidget(this);
+    // The list shows the words a macro is written with; the title and the
+    // description of the chosen one stand below it.
     for (const MacroCommandHelp& h : macroCommandList()) {
-        auto* item = new QListWidgetItem(h.title, List1_);
-        item->setToolTip(h.syntax.trimmed());
+        auto* item = new QListWidgetItem(h.name, List1_);
+        item->setToolTip(h.title);
     }
+    List1_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(List1_, &QListWidget::currentRowChanged, this, &frmMac::selectEntry);
     connect(List1_, &QListWidget::itemDoubleClicked, this, [this](QListWidgetItem* item) {
         editor_.insertCommand(List1_->row(item));
@@ -114,7 +117,7 @@ frmMac::frmMac(MacroHost host, DialogPort& dialogs, QWidget* owner)
 
     editor_.onStateChanged = [this] { refresh(); };
     resize(760, 480);
-    split->setSizes({440, 300});
+    split->setSizes({500, 240});
     refresh();
 }
 
