@@ -5,6 +5,7 @@
 #include "app/main_window.h"
 #include "app/scripted_ports.h"
 #include "core/run_dump.h"
+#include "macro/interpreter.h"
 
 #include <QApplication>
 #include <QDir>
@@ -18,7 +19,9 @@
 
 #include <cstdio>
 #include <exception>
+#include <iostream>
 #include <memory>
+#include <string>
 
 namespace tornelia {
 
@@ -40,7 +43,7 @@ void fail(const QString& line)
 
 bool isHeadless(CommandLine::Mode m)
 {
-    return m == CommandLine::Mode::Convert || m == CommandLine::Mode::DumpRuns;
+    return m == CommandLine::Mode::Convert || m == CommandLine::Mode::DumpRuns || m == CommandLine::Mode::RunMacro;
 }
 
 // "File inesistente!" becomes "file inesistente", to stand in one line
@@ -121,6 +124,123 @@ int runHeadless(const CommandLine& cl)
     return 0;
 }
 
+// --- macros without a window ---
+
+// What a macro says goes to standard error, and what it asks is read from
+// standard input, one line per question. While the document opens, the
+// messages are only kept, so that a failed open ends the command with one
+// line of its own.
+class ConsoleMessagePort final : public MessagePort {
+public:
+    QString mostraMsg(const QString& title, const QString& text, int buttons, int icon) override
+    {
+        if (echo)
+            writeTo(stderr, text + u'\n');
+        else
+            kept.append({title, text, buttons, icon});
+        // Nothing is saved or deleted that was not asked for.
+        return buttons == 0 ? QStringLiteral("ok") : QStringLiteral("no");
+    }
+    QString inputBox(const QString&, const QString& prompt) override
+    {
+        if (!prompt.isEmpty())
+            writeTo(stderr, prompt + u'\n');
+        std::string line;
+        if (!std::getline(std::cin, line))
+            return {};
+        if (!line.empty() && line.back() == '\r')
+            line.pop_back();
+        return QString::fromLocal8Bit(line.data(), qsizetype(line.size()));
+    }
+    bool echo = false;
+    QList<RecordedMessage> kept;
+};
+
+int runMacroHeadless(const CommandLine& cl)
+{
+    // The macro is read as the editor's open reads it: plain text into a
+    // text control, whose text is what runs. A file with LF line ends thus
+    // runs as one with CR LF.
+    RichTextSurface macroText;
+    if (!QFileInfo(cl.macro).isFile()) {
+        fail(QStringLiteral("macro inesistente: ") + cl.macro);
+        return 1;
+    }
+    try {
+        macroText.LoadFile(cl.macro, RichTextSurface::TextKind);
+    } catch (const SurfaceError&) {
+        fail(QStringLiteral("macro illeggibile: ") + cl.macro);
+        return 1;
+    }
+
+    auto messages = std::make_unique<ConsoleMessagePort>();
+    ConsoleMessagePort& said = *messages;
+    Ports ports{std::move(messages), std::make_unique<ScriptedDialogPort>(), std::make_unique<ScriptedShellPort>()};
+    AppContext ctx(std::move(ports));
+    Document& doc = ctx.document();
+
+    const QFileInfo in(cl.path);
+    if (!in.isFile()) {
+        fail((in.exists() ? QStringLiteral("non è un file: ") : QStringLiteral("file inesistente: ")) + cl.path);
+        return 1;
+    }
+    doc.Aprii(in.absoluteFilePath());
+    for (const RecordedMessage& m : said.kept) {
+        if (isReadOnlyWarning(m) && !cl.output.isEmpty())
+            continue;
+        fail(asErrorLine(m.text) + QStringLiteral(": ") + cl.path);
+        return 1;
+    }
+    said.echo = true;
+
+    const QString before = ctx.testo().TextRTF();
+    MainProcedures noWindow;  // commands that only show a window do nothing
+    c engine(MacroHost{ctx.testo(), said, noWindow, &doc, &ctx.undo()});
+    engine.ScriptText = macroText.Text();
+    engine.ScriptExecute();
+
+    QString out = cl.output;
+    if (out.isEmpty()) {
+        if (ctx.testo().TextRTF() == before)
+            return 0;
+        out = in.absoluteFilePath();
+    }
+    said.echo = false;
+    said.kept.clear();
+    if (doc.readOnlyTest(out, false)) {
+        fail(QStringLiteral("file di sola lettura: ") + out);
+        return 1;
+    }
+    // Kind 2 is plain text; .tnl and .rtf are written as RTF.
+    const int kind = Document::kindOf(out) == 2 ? RichTextSurface::TextKind : RichTextSurface::RtfKind;
+    try {
+        ctx.testo().SaveFile(out, kind);
+    } catch (const SurfaceError& e) {
+        fail(QStringLiteral("impossibile scrivere ") + out + QStringLiteral(": ") + QString::fromUtf8(e.what()));
+        return 1;
+    }
+    return 0;
+}
+
+// --run-macro MACRO IN [-o OUT]: the words left after the options are the
+// macro and the document.
+CommandLine finishRunMacro(CommandLine cl, const QStringList& words)
+{
+    if (words.isEmpty()) {
+        cl.mode = CommandLine::Mode::BadUsage;
+        cl.error = QStringLiteral("--run-macro vuole il documento su cui eseguire la macro");
+        return cl;
+    }
+    if (words.size() > 1) {
+        cl.mode = CommandLine::Mode::BadUsage;
+        cl.error = QStringLiteral("un solo documento, non ") + QString::number(words.size());
+        return cl;
+    }
+    cl.path = words.first();
+    cl.mode = CommandLine::Mode::RunMacro;
+    return cl;
+}
+
 void installItalianTranslation(QCoreApplication& app)
 {
     // Qt's own dialogs (files, fonts, colours) speak the program's language.
@@ -161,6 +281,7 @@ QString usageText()
         "Uso: tornelia [FILE]\n"
         "     tornelia --convert-to rtf|tnl|txt FILE [-o USCITA]\n"
         "     tornelia --dump-runs FILE\n"
+        "     tornelia --run-macro MACRO FILE [-o USCITA]\n"
         "     tornelia --help\n"
         "\n"
         "  FILE                   il documento da aprire nella finestra\n"
@@ -169,6 +290,10 @@ QString usageText()
         "                         estensione nella cartella corrente\n"
         "  -o, --output USCITA    il file da scrivere\n"
         "  --dump-runs FILE       stampa i paragrafi e i formati di FILE in JSON\n"
+        "  --run-macro MACRO      esegue la macro su FILE senza aprire finestre e lo\n"
+        "                         salva in USCITA, o in FILE se la macro l'ha cambiato;\n"
+        "                         msgbox scrive sullo standard error, inputbox legge\n"
+        "                         una riga dallo standard input\n"
         "  --help                 mostra questo aiuto\n");
 }
 
@@ -207,6 +332,12 @@ CommandLine parseCommandLine(const QStringList& args)
             }
         } else if (a == QLatin1String("--dump-runs")) {
             dump = true;
+        } else if (a == QLatin1String("--run-macro")) {
+            if (!cl.macro.isEmpty())
+                return bad(QStringLiteral("--run-macro è dato due volte"));
+            if (i + 1 >= args.size())
+                return bad(QStringLiteral("--run-macro vuole il file della macro"));
+            cl.macro = args.at(++i);
         } else if (a == QLatin1String("-o") || a == QLatin1String("--output")) {
             if (hasOutput)
                 return bad(QStringLiteral("-o è dato due volte"));
@@ -227,6 +358,11 @@ CommandLine parseCommandLine(const QStringList& args)
     }
     if (convert && dump)
         return bad(QStringLiteral("--convert-to e --dump-runs non vanno insieme"));
+    if (!cl.macro.isEmpty()) {
+        if (convert || dump)
+            return bad(QStringLiteral("--run-macro va da solo"));
+        return finishRunMacro(cl, words);
+    }
     if (hasOutput && !convert)
         return bad(QStringLiteral("-o vale solo con --convert-to"));
 
@@ -289,6 +425,8 @@ int runTornelia(int argc, char** argv)
         qInstallMessageHandler(quietMessages);
         QGuiApplication app(argc, argv);
         try {
+            if (cl.mode == CommandLine::Mode::RunMacro)
+                return runMacroHeadless(cl);
             return runHeadless(cl);
         } catch (const std::exception& e) {
             fail(QStringLiteral("errore inaspettato: ") + QString::fromUtf8(e.what()));

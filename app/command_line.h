@@ -13,6 +13,7 @@ struct CommandLine {
         Gui,       // open the window, with path when given
         Convert,   // --convert-to format input [-o output]
         DumpRuns,  // --dump-runs input
+        RunMacro,  // --run-macro macro input [-o output]
         Help,      // --help
         BadUsage,  // error says what is wrong
     };
@@ -20,6 +21,7 @@ struct CommandLine {
     QString path;    // the document (Gui) or the input
     QString format;  // "rtf", "tnl" or "txt"
     QString output;  // given with -o, else empty
+    QString macro;   // the macro file of --run-macro
     QString error;
 };
 
