@@ -152,4 +152,22 @@ QStringList deleteRecovery(const RecoveryListing& listing)
     return left;
 }
 
+bool eliminaRecupero(const RecoveryListing& listing, MessagePort& messages)
+{
+    if (listing.files.isEmpty())
+        return false;
+    const QString answer = messages.mostraMsg(
+        QStringLiteral("Conferma eliminazione"),
+        QStringLiteral("Sei sicuro di voler eliminare ") + QString::number(listing.files.size())
+            + QStringLiteral(" files temporanei? I files saranno irrecuperabili. Continuare?"),
+        2, 4);
+    if (answer != QLatin1String("si") && answer != QLatin1String("ok"))
+        return false;
+    const QStringList left = deleteRecovery(listing);
+    if (!left.isEmpty())
+        messages.mostraMsg(QStringLiteral("Recupero documenti"),
+                           QStringLiteral("Impossibile eliminare i file:\n") + left.join(QLatin1Char('\n')), 0, 3);
+    return left.size() < listing.files.size();
+}
+
 }  // namespace tornelia

@@ -90,5 +90,8 @@ RecoveryListing listRecovery(const QString& tempFolder);
 QString recoveryDate(const QDateTime& when);
 // Deletes the files of the listing; gives the paths that could not go.
 QStringList deleteRecovery(const RecoveryListing& listing);
+// "Elimina i files temporanei": asks first, deletes on the answer, and
+// names the files that could not go. True when something was deleted.
+bool eliminaRecupero(const RecoveryListing& listing, MessagePort& messages);
 
 }  // namespace tornelia
