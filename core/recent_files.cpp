@@ -39,11 +39,10 @@ void RecentFiles::aggiungiRecente(const QString& path)
     shifted[0] = path;
     for (int i = 1; i < kSlots; ++i)
         shifted[i] = captions_[i - 1];
-    // A free slot is not written: it reads as free anyway, and the store
-    // cannot hold an empty string over a default.
+    // A free slot is written free too, so the gap stays where it went
+    // rather than being filled by the entry that stood there before.
     for (int i = 0; i < kSlots; ++i)
-        if (!shifted[i].isEmpty())
-            settings_.scriviReg(kApp, kSection, QString::number(i), shifted[i]);
+        settings_.scriviReg(kApp, kSection, QString::number(i), shifted[i]);
     caricaRecenti();
 }
 
