@@ -7,6 +7,8 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPainter>
+#include <QPainterPath>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QStyle>
@@ -20,26 +22,95 @@ namespace {
 
 const QString kApp = QStringLiteral("Tornelia");
 
-QStyle::StandardPixmap pixmapFor(FileIcon icon)
+// A sheet with a folded corner, the picture of every document here.
+QPixmap sheet(int size)
 {
-    switch (icon) {
-    case FileIcon::Text:
-    case FileIcon::Rtf:
-    case FileIcon::Tornelia:
-        return QStyle::SP_FileIcon;
-    case FileIcon::Html:
-        return QStyle::SP_FileLinkIcon;
-    case FileIcon::Data:
-        return QStyle::SP_DriveHDIcon;
-    case FileIcon::Other:
-        break;
-    }
-    return QStyle::SP_FileDialogDetailedView;
+    QPixmap p(size, size);
+    p.fill(Qt::transparent);
+    QPainter g(&p);
+    g.setRenderHint(QPainter::Antialiasing);
+    const qreal w = size * 0.66, h = size * 0.86, x = (size - w) / 2, y = (size - h) / 2, fold = size * 0.2;
+    QPainterPath page;
+    page.moveTo(x, y);
+    page.lineTo(x + w - fold, y);
+    page.lineTo(x + w, y + fold);
+    page.lineTo(x + w, y + h);
+    page.lineTo(x, y + h);
+    page.closeSubpath();
+    g.setPen(QPen(QColor(110, 120, 135), 1));
+    g.setBrush(Qt::white);
+    g.drawPath(page);
+    g.setBrush(QColor(215, 222, 232));
+    g.drawPolygon(QPolygonF({QPointF(x + w - fold, y), QPointF(x + w - fold, y + fold), QPointF(x + w, y + fold)}));
+    return p;
 }
 
-QIcon themed(const char* name, QStyle::StandardPixmap fallback, QStyle* style)
+QIcon pagePicture(int kind)
 {
-    return QIcon::fromTheme(QString::fromLatin1(name), style->standardIcon(fallback));
+    constexpr int size = 40;
+    QPixmap p = sheet(size);
+    QPainter g(&p);
+    g.setRenderHint(QPainter::Antialiasing);
+    if (kind == 0) {  // new: a plus
+        g.setPen(Qt::NoPen);
+        g.setBrush(QColor(46, 140, 70));
+        g.drawEllipse(QRectF(20, 20, 17, 17));
+        g.setPen(QPen(Qt::white, 2.5));
+        g.drawLine(QPointF(28.5, 23.5), QPointF(28.5, 33.5));
+        g.drawLine(QPointF(23.5, 28.5), QPointF(33.5, 28.5));
+    } else if (kind == 1) {  // models: the lines of a letter
+        g.setPen(QPen(QColor(60, 100, 170), 1.5));
+        for (int i = 0; i < 5; ++i)
+            g.drawLine(QPointF(12, 14 + i * 4.5), QPointF(i == 4 ? 21 : 28, 14 + i * 4.5));
+    } else {  // recent: a clock
+        g.setPen(QPen(QColor(150, 90, 30), 1.5));
+        g.setBrush(QColor(255, 236, 190));
+        g.drawEllipse(QRectF(19, 19, 18, 18));
+        g.drawLine(QPointF(28, 28), QPointF(28, 22));
+        g.drawLine(QPointF(28, 28), QPointF(32, 30));
+    }
+    return QIcon(p);
+}
+
+// The sheet with a band that names the kind of file.
+QIcon filePicture(FileIcon icon)
+{
+    QString label;
+    QColor colour;
+    switch (icon) {
+    case FileIcon::Tornelia:
+        label = QStringLiteral("TNL"), colour = QColor(40, 110, 190);
+        break;
+    case FileIcon::Rtf:
+        label = QStringLiteral("RTF"), colour = QColor(190, 70, 50);
+        break;
+    case FileIcon::Text:
+        label = QStringLiteral("TXT"), colour = QColor(100, 100, 100);
+        break;
+    case FileIcon::Html:
+        label = QStringLiteral("HTM"), colour = QColor(220, 120, 20);
+        break;
+    case FileIcon::Data:
+        label = QStringLiteral("DAT"), colour = QColor(120, 80, 160);
+        break;
+    case FileIcon::Other:
+        label = QStringLiteral("?"), colour = QColor(150, 150, 150);
+        break;
+    }
+    constexpr int size = 32;
+    QPixmap p = sheet(size);
+    QPainter g(&p);
+    g.setPen(Qt::NoPen);
+    g.setBrush(colour);
+    const QRectF band(3, 16, 26, 10);
+    g.drawRect(band);
+    QFont f = g.font();
+    f.setPixelSize(8);
+    f.setBold(true);
+    g.setFont(f);
+    g.setPen(Qt::white);
+    g.drawText(band, Qt::AlignCenter, label);
+    return QIcon(p);
 }
 
 }  // namespace
@@ -114,18 +185,12 @@ FrmAv::FrmAv(Document& document, SettingsStore& settings, MessagePort& messages,
     t_->setExclusive(true);
     auto* side = new QVBoxLayout;
     side->setSpacing(4);
-    const struct {
-        const char* caption;
-        const char* theme;
-        QStyle::StandardPixmap fallback;
-    } pictures[] = {{"Nuovo", "document-new", QStyle::SP_FileIcon},
-                    {"Modelli", "x-office-document-template", QStyle::SP_FileDialogContentsView},
-                    {"Recenti", "document-open-recent", QStyle::SP_DirOpenIcon}};
+    const char* const captions[] = {"Nuovo", "Modelli", "Recenti"};
     for (int i = 0; i < 3; ++i) {
         auto* b = new QToolButton(this);
-        b->setText(QString::fromLatin1(pictures[i].caption));
-        b->setIcon(themed(pictures[i].theme, pictures[i].fallback, style()));
-        b->setIconSize(QSize(32, 32));
+        b->setText(QString::fromLatin1(captions[i]));
+        b->setIcon(pagePicture(i));
+        b->setIconSize(QSize(40, 40));
         b->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
         b->setCheckable(true);
         b->setAutoRaise(true);
@@ -139,17 +204,17 @@ FrmAv::FrmAv(Document& document, SettingsStore& settings, MessagePort& messages,
         auto* list = new QTreeWidget(this);
         list->setRootIsDecorated(false);
         list->setHeaderLabels(columns);
-        list->setIconSize(QSize(24, 24));
+        list->setIconSize(QSize(28, 28));
         connect(list, &QTreeWidget::itemDoubleClicked, this, &FrmAv::confirm);
         return list;
     };
     l_ = makeList({QStringLiteral("Nuovo")});
     new QTreeWidgetItem(l_, {QStringLiteral("Documento vuoto")});
-    l_->topLevelItem(0)->setIcon(0, themed("document-new", QStyle::SP_FileIcon, style()));
+    l_->topLevelItem(0)->setIcon(0, pagePicture(0));
     l2_ = makeList({QStringLiteral("Modello")});
     for (const QString& m : Avvio::modelli()) {
         auto* item = new QTreeWidgetItem(l2_, {m});
-        item->setIcon(0, themed("x-office-document", QStyle::SP_FileDialogContentsView, style()));
+        item->setIcon(0, pagePicture(1));
     }
     l1_ = makeList({QStringLiteral("Nome file"), QStringLiteral("Percorso")});
     l1_->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
@@ -227,7 +292,7 @@ void FrmAv::Caric()
     l1_->clear();
     for (const RecentRow& row : logic_.Caric()) {
         auto* item = new QTreeWidgetItem(l1_, {row.name, row.path});
-        item->setIcon(0, style()->standardIcon(pixmapFor(row.icon)));
+        item->setIcon(0, filePicture(row.icon));
         item->setToolTip(1, row.path);
     }
 }
@@ -250,6 +315,14 @@ void FrmAv::done(int result)
 {
     logic_.setMostraAdOgniAvvio(mostra_->isChecked());
     QDialog::done(result);
+}
+
+void attachStartPanel(Document& document, SettingsStore& settings, MessagePort& messages, QWidget* owner)
+{
+    document.onShowStartPanel = [&document, &settings, &messages, owner] {
+        FrmAv panel(document, settings, messages, owner);
+        panel.exec();
+    };
 }
 
 void showModelPlaceholder(const QString& modello, QWidget* parent)

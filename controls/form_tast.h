@@ -5,6 +5,7 @@
 // were pressed, so the typing assistance sees every key.
 
 #include "core/rich_text_surface.h"
+#include "core/settings.h"
 
 #include <QList>
 #include <QWidget>
@@ -24,8 +25,17 @@ public:
     // the new state, for the setting and the menu check.
     bool TasTiER()
     {
-        setVisible(!isVisible());
-        return isVisible();
+        setVisible(isHidden());
+        return !isHidden();
+    }
+
+    // The same, with the new state kept in the settings for the next start.
+    bool TasTiER(SettingsStore& settings)
+    {
+        const bool shown = TasTiER();
+        settings.scriviReg(QStringLiteral("Tornelia"), QStringLiteral("Tast"), QStringLiteral("1"),
+                           shown ? QStringLiteral("True") : QStringLiteral("False"));
+        return shown;
     }
 
     // Presses one key: a character, "{BS}", "{DEL}", "{ENTER}" or "{TAB}".

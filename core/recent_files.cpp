@@ -46,6 +46,11 @@ void RecentFiles::aggiungiRecente(const QString& path)
     caricaRecenti();
 }
 
+void RecentFiles::attach(Document& document)
+{
+    document.onRecentAdd = [this](const QString& path) { aggiungiRecente(path); };
+}
+
 void RecentFiles::svuota()
 {
     for (int i = 0; i < kSlots; ++i)

@@ -4,6 +4,7 @@
 // settings, key "0" the newest. The File menu shows them as its items 15 to
 // 19; the captions kept here are the working copy the list is shifted on.
 
+#include "core/document.h"
 #include "core/settings.h"
 
 #include <QList>
@@ -33,6 +34,9 @@ public:
     bool itemVisible(int i) const { return i >= 0 && i < kSlots && !captions_[i].isEmpty(); }
     // Item 14, the separator above the list.
     bool separatorVisible() const;
+
+    // Every document opened from then on goes on the list.
+    void attach(Document& document);
 
     // Called after every change of the captions, so the menu follows.
     std::function<void()> onChanged;

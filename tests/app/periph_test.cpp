@@ -106,6 +106,21 @@ TEST(KeyboardTest, CapsLockOnTheRealKeyboardTurnsTheKeyOnScreen)
     EXPECT_EQ(k.keyFor("a")->text(), "A");
 }
 
+TEST(KeyboardTest, TasTiERShowsHidesAndRemembers)
+{
+    testing::TestContext t;
+    QWidget window;
+    auto* k = new FormTast(t.context->testo(), &window);
+    k->hide();
+    // The window itself may be hidden yet: what counts is the keyboard's own state.
+    QStringList seen;
+    for (int i = 0; i < 2; ++i) {
+        const bool shown = k->TasTiER(t.context->settings());
+        seen << QString::number(shown) + t.context->settings().leggiReg(kApp, "Tast", "1");
+    }
+    EXPECT_EQ(seen, QStringList({"1True", "0False"}));
+}
+
 TEST(ColourComboTest, ShowsTheColourOrNothing)
 {
     ColourCmb c;

@@ -114,6 +114,29 @@ TEST(RecentFilesTest, AFreeSlotStaysWhereItIs)
     EXPECT_EQ(keys(s), "/d/n.rtf | /d/a.rtf |  | /d/c.rtf | ");
 }
 
+TEST(RecentFilesTest, DocumentsOpenedGoOnTheList)
+{
+    QTemporaryDir dir;
+    SettingsStore s(dir.filePath("settings"));
+    RichTextSurface testo;
+    Quiet q;
+    Document doc(testo, s, q, q, q, q);
+    RecentFiles r(s);
+    r.attach(doc);
+    QStringList paths;
+    for (const char* name : {"uno.txt", "due.rtf"}) {
+        paths << dir.filePath(name);
+        QFile f(paths.last());
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write("testo");
+    }
+    doc.Aprii(paths[0]);
+    doc.Aprii(paths[1]);
+    doc.RecENt(paths[0]);
+    EXPECT_EQ(keys(s), paths[1] + " | " + paths[0] + " |  |  | ");
+    EXPECT_EQ(doc.nomeFile, paths[0]);
+}
+
 TEST(RecentFilesTest, StartPanelRowsNameAndIconEachFile)
 {
     QTemporaryDir dir;
