@@ -70,6 +70,7 @@ FormTast::FormTast(RichTextSurface& testo, QWidget* parent) : QWidget(parent), t
     addKey(grid, 4, 14, 32, QStringLiteral(" "));
     addKey(grid, 4, 50, 10, kDel);
 
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     capsKey_->setCheckable(true);
     for (QToolButton* s : shiftKeys_)
         s->setCheckable(true);
@@ -260,12 +261,22 @@ void FormTast::erase(bool backward)
 
 bool FormTast::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::KeyPress) {
+    // One application-wide press reaches several objects; the one that has
+    // the focus is the one that counts.
+    if (event->type() == QEvent::KeyPress && watched == QApplication::focusWidget()) {
         auto* k = static_cast<QKeyEvent*>(event);
-        // One application-wide press reaches several objects; the window
-        // that has the focus is the one that counts.
-        if (k->key() == Qt::Key_CapsLock && !k->isAutoRepeat() && watched == QApplication::focusWidget())
-            setCapsLock(!caps_);
+        if (k->key() == Qt::Key_CapsLock) {
+            if (!k->isAutoRepeat())
+                setCapsLock(!caps_);
+        } else if (k->text().size() == 1 && k->text().at(0).isLetter()
+                   && k->text().at(0).toUpper() != k->text().at(0).toLower()) {
+            // The system tells nobody the state of Caps Lock, but a typed
+            // letter shows it: a capital without Shift, or a small one with it.
+            const bool upper = k->text().at(0).isUpper();
+            const bool shifted = k->modifiers() & Qt::ShiftModifier;
+            if ((upper != shifted) != caps_)
+                setCapsLock(upper != shifted);
+        }
     }
     return QWidget::eventFilter(watched, event);
 }

@@ -54,8 +54,8 @@ public:
     QToolButton* capsKey() const { return capsKey_; }
 
 protected:
-    // Caps Lock pressed on the real keyboard while the program has the focus
-    // turns the key on screen too.
+    // The key on screen follows Caps Lock on the real keyboard: its press, and
+    // the case of the letters typed while the program has the focus.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
