@@ -161,9 +161,11 @@ bool Avvio::co(int page, int row)
     }
 }
 
-bool Avvio::mostraAdOgniAvvio() const
+bool Avvio::mostraAdOgniAvvio() const { return startPanelAtStart(settings_); }
+
+bool startPanelAtStart(const SettingsStore& settings)
 {
-    return settings_.leggiReg(kApp, QStringLiteral("Load"), QStringLiteral("1")) == QLatin1String("1");
+    return settings.leggiReg(kApp, QStringLiteral("Load"), QStringLiteral("1")) == QLatin1String("1");
 }
 
 void Avvio::setMostraAdOgniAvvio(bool on)

@@ -83,6 +83,9 @@ private:
     QPushButton* can_ = nullptr;
 };
 
+// Whether the person asked for the start panel at every start ("Load" "1").
+bool startPanelAtStart(const SettingsStore& settings);
+
 // Novo(1) shows the start panel, modal, over the owner, from then on.
 void attachStartPanel(Document& document, SettingsStore& settings, MessagePort& messages, QWidget* owner);
 
