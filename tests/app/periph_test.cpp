@@ -4,6 +4,7 @@
 #include "app/frm_opz.h"
 #include "app/frm_recuper.h"
 #include "app/window_registry.h"
+#include "core/autosave.h"
 #include "controls/cmb.h"
 #include "controls/form_tast.h"
 #include "test_ports.h"
@@ -297,21 +298,40 @@ TEST(RecoveryWindowTest, ListsDeletesAndOpens)
 TEST(AppWindowsTest, OpenedOwnedByTheMainWindow)
 {
     testing::TestContext t;
+    // The recovery window lists the autosave's folder of the user's data.
+    const bool hadData = qEnvironmentVariableIsSet("XDG_DATA_HOME");
+    const QByteArray oldData = qgetenv("XDG_DATA_HOME");
+    qputenv("XDG_DATA_HOME", t.folder.filePath("data").toUtf8());
+    {
+        AutoSave autosave(t.context->document(), t.context->settings(), t.context->messages(),
+                          AppContext::ensureDataFolder());
+        t.context->testo().setText("lasciato");
+        t.context->settings().scriviReg(kApp, "Salva", "1", "1");
+        ASSERT_FALSE(autosave.salvaUscita().isEmpty());
+    }
     WindowRegistry registry;
     registerAppWindows(registry);
     QWidget owner;
     MainProcedures procedures;
-    const std::pair<Window, const char*> windows[] = {
-        {Window::FrmOpz, "FrmOpz"}, {Window::frmCor, ""}, {Window::frmRecuper, "frmRecuper"}};
-    for (const auto& [window, name] : windows) {
+    QStringList seen;
+    for (const Window window : {Window::FrmOpz, Window::frmCor, Window::frmRecuper}) {
         ASSERT_TRUE(registry.open(window, {*t.context, &owner, procedures}));
         QList<QDialog*> open = owner.findChildren<QDialog*>();
         ASSERT_EQ(open.size(), 1);
-        EXPECT_TRUE(open.first()->isVisible());
-        EXPECT_EQ(open.first()->isModal(), window != Window::frmRecuper) << name;
-        EXPECT_TRUE(open.first()->testAttribute(Qt::WA_DeleteOnClose));
-        delete open.first();
+        QDialog* d = open.first();
+        seen << d->windowTitle() + (d->isVisible() ? " shown" : " hidden") + (d->isModal() ? " modal" : "")
+                    + (d->testAttribute(Qt::WA_DeleteOnClose) ? " deleted on close" : "");
+        if (auto* r = qobject_cast<FrmRecuper*>(d))
+            seen << r->foot()->text().left(15);
+        delete d;
     }
+    if (hadData)
+        qputenv("XDG_DATA_HOME", oldData);
+    else
+        qunsetenv("XDG_DATA_HOME");
+    EXPECT_EQ(seen, QStringList({"Opzioni shown modal deleted on close",
+                                 "Correzioni automatiche shown modal deleted on close",
+                                 "Recupero documenti shown deleted on close", "Totale 1 files."}));
 }
 
 }  // namespace
