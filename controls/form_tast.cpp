@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QTextCursor>
 #include <QToolButton>
@@ -42,9 +43,18 @@ FormTast::FormTast(RichTextSurface& testo, QWidget* parent) : QWidget(parent), t
 {
     setObjectName(QStringLiteral("FormTast"));
     setStyleSheet(QString::fromLatin1(kStyle));
-    auto* grid = new QGridLayout(this);
+    // Across a wide window the keys keep a hand's proportions and stand in
+    // the middle.
+    auto* field = new QWidget(this);
+    field->setMaximumWidth(960);
+    auto* outer = new QHBoxLayout(this);
+    outer->setContentsMargins(6, 4, 6, 4);
+    outer->addStretch(1);
+    outer->addWidget(field, 100);
+    outer->addStretch(1);
+    auto* grid = new QGridLayout(field);
     grid->setSpacing(3);
-    grid->setContentsMargins(6, 4, 6, 4);
+    grid->setContentsMargins(0, 0, 0, 0);
     for (int c = 0; c < kColumns; ++c)
         grid->setColumnStretch(c, 1);
 
@@ -83,7 +93,7 @@ FormTast::~FormTast() { qApp->removeEventFilter(this); }
 QToolButton* FormTast::addKey(QGridLayout* grid, int row, int column, int span, const QString& base,
                               const QString& shifted)
 {
-    auto* b = new QToolButton(this);
+    auto* b = new QToolButton(grid->parentWidget());
     // The document keeps the focus: the keys are clicked, never focused.
     b->setFocusPolicy(Qt::NoFocus);
     b->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
