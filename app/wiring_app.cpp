@@ -1,10 +1,38 @@
 #include "app/window_registry.h"
 
+#include "app/app_context.h"
+#include "app/frm_cor.h"
+#include "app/frm_opz.h"
+#include "app/frm_recuper.h"
+
+#include <QDir>
+
 namespace tornelia {
 
 void registerAppWindows(WindowRegistry& registry)
 {
-    (void)registry.has(Window::frmCor);
+    // The options and the corrections change settings that the program reads
+    // as it goes: modal, so nothing runs against half-changed values.
+    registry.add(Window::FrmOpz, [](const WindowHost& host) {
+        auto* w = new FrmOpz(host.context.settings(), host.context.dialogs(), host.context.messages(), host.owner);
+        w->setAttribute(Qt::WA_DeleteOnClose);
+        w->setWindowModality(Qt::ApplicationModal);
+        w->show();
+    });
+    registry.add(Window::frmCor, [](const WindowHost& host) {
+        auto* w = new FrmCor(host.context.settings(), host.owner);
+        w->setAttribute(Qt::WA_DeleteOnClose);
+        w->setWindowModality(Qt::ApplicationModal);
+        w->show();
+    });
+    // The recovery list can stay open beside the document.
+    registry.add(Window::frmRecuper, [](const WindowHost& host) {
+        const QString temp = QDir(AppContext::ensureDataFolder()).filePath(QStringLiteral("temp"));
+        auto* w = new FrmRecuper(host.context.document(), host.context.messages(), host.context.shell(), temp,
+                                 host.owner);
+        w->setAttribute(Qt::WA_DeleteOnClose);
+        w->show();
+    });
 }
 
 }  // namespace tornelia
