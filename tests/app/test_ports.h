@@ -72,6 +72,7 @@ struct TestContext {
         context = std::make_unique<AppContext>(
             Ports{std::move(m), std::move(d), std::make_unique<ScriptedShellPort>()},
             folder.filePath(QStringLiteral("settings")));
+        context->setDataFolder(folder.filePath(QStringLiteral("data")));
     }
     QTemporaryDir folder;
     AnsweringMessagePort* messages = nullptr;
