@@ -4,6 +4,7 @@
 #include "app/frm_splash.h"
 #include "app/gui_ports.h"
 #include "app/main_window.h"
+#include "controls/editor_view.h"
 
 #include <QApplication>
 #include <QIcon>
