@@ -204,8 +204,10 @@ ContextMenuState FrmMainLogic::contextMenu() const
 {
     const RichTextSurface& t = ctx_.testo();
     ContextMenuState s;
-    if (t.SelText() == QLatin1String(" ")) {
-        // A lone blank is what the control selects over a picture.
+    const QString sel = t.SelText();
+    if (sel == QLatin1String(" ") || sel == QString(QChar(QChar::ObjectReplacementCharacter))) {
+        // A picture is one character of the text, read as a blank by some;
+        // only its RTF tells it from a real blank.
         const QString rtf = t.SelRTF();
         if (rtf.contains(QLatin1String("\\pict\\")) || rtf.contains(QLatin1String("Paint.Picture}")))
             s.menu = ContextMenuState::Menu::Picture;

@@ -125,7 +125,7 @@ MainWindow::MainWindow(AppContext& context, QWidget* parent)
     buildContextMenus();
     buildStatusBar();
     setStatusPanel(kDocumentPanel, QStringLiteral("Nessun documento salvato"));
-    resize(1000, 700);
+    resize(1120, 720);
 
     ctx_.frame().attach(this);
     ctx_.typing().setProcedures(this);
@@ -482,7 +482,8 @@ void MainWindow::buildToolbars()
     cbFont_ = new QFontComboBox(t_[1]);
     cbFont_->setObjectName(QStringLiteral("CbFont"));
     cbFont_->setToolTip(QStringLiteral("Carattere"));
-    cbFont_->setMinimumWidth(170);
+    cbFont_->setMinimumWidth(160);
+    cbFont_->setMaximumWidth(200);
     cbDim_ = new QComboBox(t_[1]);
     cbDim_->setObjectName(QStringLiteral("CbDim"));
     cbDim_->setToolTip(QStringLiteral("Dimensione"));
@@ -500,7 +501,7 @@ void MainWindow::buildToolbars()
     cbZoom_->addItems(kZoomLevels);
     cbZoom_->setCurrentIndex(4);
     cbZoom_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    cbZoom_->setMinimumContentsLength(5);
+    cbZoom_->setMinimumContentsLength(11);
     const QString colourTips[2] = {QStringLiteral("Colore testo"), QStringLiteral("Colore evidenziatore")};
     for (int i = 0; i < 2; ++i) {
         cmbC_[i] = new QComboBox(t_[1]);
@@ -509,7 +510,7 @@ void MainWindow::buildToolbars()
         for (const NamedColour& c : kColours)
             addColourItem(cmbC_[i], c.value, QString::fromUtf8(c.name));
         cmbC_[i]->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-        cmbC_[i]->setMinimumContentsLength(7);
+        cmbC_[i]->setMinimumContentsLength(6);
     }
     QWidget* combos[6] = {cbFont_, cbDim_, cbSti_, cbZoom_, cmbC_[0], cmbC_[1]};
     for (int i = 0; i < 6; ++i) {
