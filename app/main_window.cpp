@@ -298,7 +298,7 @@ void MainWindow::buildMenus()
                show(Window::FrmApiPed));
     t->addSeparator();
     addCommand(t, QStringLiteral("mnuParagrafoPuntato"), QStringLiteral("Paragrafo puntato"),
-               QStringLiteral("view-list-bullet"), none, [this] { paragrafoPuntato(); });
+               QStringLiteral("format-indent-more"), none, [this] { paragrafoPuntato(); });
     addCommand(t, QStringLiteral("mnuPuntatoImmagine"),
                QStringLiteral("Paragrafo puntato con immagine...            "), {}, none, [this] { PaRImM(); });
     t->addSeparator();
@@ -571,7 +571,7 @@ void MainWindow::buildToolbars()
               [this] { setAlignment(1); });
     for (int i : {6, 7, 8, 9, 13, 14, 15})
         buttons_[1][i]->setCheckable(true);
-    addButton(1, 16, QStringLiteral("Paragrafo puntato"), QStringLiteral("view-list-bullet"), [this] {
+    addButton(1, 16, QStringLiteral("Paragrafo puntato"), QStringLiteral("format-indent-more"), [this] {
         // The bullet menu drops from under the button.
         QWidget* button = t_[1]->widgetForAction(buttons_[1][16]);
         QMenu* menu = popups_.value(QStringLiteral("mnuP"));

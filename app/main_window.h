@@ -143,6 +143,8 @@ public:
     // The toolbar's font controls, colours and buttons follow the caret.
     void aggText() override;
     void Conalinee() override;
+    // After each change of the text: the undo entries.
+    void ChMnu() override { CmeN(); }
     // The three alignment entries and buttons show the paragraph's alignment.
     void allineaBottoni();
 
