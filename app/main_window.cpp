@@ -13,6 +13,7 @@
 #include <QFontComboBox>
 #include <QHBoxLayout>
 #include <QIcon>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -133,10 +134,25 @@ MainWindow::MainWindow(AppContext& context, QWidget* parent)
     ctx_.document().onConalinee = [this] { Conalinee(); };
     connect(&ctx_.testo(), &RichTextSurface::MouseDown, this,
             [this](int button, int, int, int) { onMouseDown(button); });
+    editor_->installEventFilter(this);
     Conalinee();
     aggText();
     CmeN();
     editor_->setFocus();
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == editor_ && event->type() == QEvent::ShortcutOverride) {
+        const QKeySequence pressed(static_cast<QKeyEvent*>(event)->keyCombination());
+        for (const QAction* a : std::as_const(actions_)) {
+            if (!a->shortcut().isEmpty() && a->shortcut() == pressed) {
+                event->ignore();
+                return true;
+            }
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 MainWindow::~MainWindow()

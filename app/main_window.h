@@ -150,6 +150,9 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    // The text view claims the editing keys for itself; those the menus
+    // carry go to the menus.
+    bool eventFilter(QObject* watched, QEvent* event) override;
     // The close: the question, the toolbars written, the exit save, the undo
     // store emptied. False when the window stays.
     bool QueryUnload();

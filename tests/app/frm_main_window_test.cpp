@@ -206,3 +206,32 @@ TEST_F(FrmMainShownTest, RightButtonPopsTheMenuThatFits)
 
 }  // namespace
 }  // namespace tornelia
+
+namespace tornelia {
+namespace {
+
+// The text view claims the editing keys (Control+Z, Y ...) before any
+// shortcut; those the menus carry must reach the menus.
+TEST_F(FrmMainShownTest, MenuKeysAreNotClaimedByTheText)
+{
+    EditorView* view = window.editor();
+    QStringList claimed;
+    for (const auto& [k, name] : {std::pair{Qt::Key_Z, "Z"}, {Qt::Key_Y, "Y"}, {Qt::Key_S, "S"}, {Qt::Key_C, "C"}}) {
+        QKeyEvent e(QEvent::ShortcutOverride, k, Qt::ControlModifier, QString());
+        e.ignore();
+        QCoreApplication::sendEvent(view, &e);
+        if (e.isAccepted())
+            claimed << name;
+    }
+    // Control+C is the text's own, through its key handling.
+    EXPECT_EQ(claimed, QStringList{"C"});
+
+    for (const QChar c : QString("uno due "))
+        key(view, c == ' ' ? Qt::Key_Space : c.toUpper().unicode(), Qt::NoModifier, QString(c));
+    const bool enabled = window.action("mnuAnnulla")->isEnabled();
+    window.action("mnuAnnulla")->trigger();
+    EXPECT_EQ((QStringList{enabled ? "enabled" : "disabled", testo().Text()}), (QStringList{"enabled", "uno due"}));
+}
+
+}  // namespace
+}  // namespace tornelia
