@@ -25,6 +25,7 @@ FrmSplash::FrmSplash(QWidget* parent) : QWidget(parent, Qt::SplashScreen | Qt::F
     auto* icon = new QLabel(frame);
     icon->setPixmap(QIcon::fromTheme(QStringLiteral("accessories-text-editor")).pixmap(64, 64));
     icon->setAlignment(Qt::AlignCenter);
+    icon->setVisible(!icon->pixmap().isNull());
     auto* name = new QLabel(QStringLiteral("Tornelia"), frame);
     QFont big = name->font();
     big.setPointSizeF(big.pointSizeF() * 2.2);

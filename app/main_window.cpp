@@ -1265,6 +1265,8 @@ void MainWindow::TasTiER()
     const bool on = !keyboardShown_;
     showKeyboard(on);
     keyboardShown_ = on;
+    ctx_.settings().scriviReg(kApp, QStringLiteral("Tast"), QStringLiteral("1"),
+                              on ? QStringLiteral("True") : QStringLiteral("False"));
     action(QStringLiteral("mnuTastiera"))->setChecked(on);
     toolButton(0, 26)->setChecked(on);
 }
