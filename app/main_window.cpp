@@ -817,11 +817,24 @@ void MainWindow::updateHelpEntries()
 
 void MainWindow::readToolbars()
 {
+    ToolbarPlace places[2];
     for (int i = 0; i < 2; ++i) {
-        const ToolbarPlace p = logic_.readToolbar(i);
-        t_[i]->setVisible(p.visible);
+        places[i] = logic_.readToolbar(i);
+        t_[i]->setVisible(places[i].visible);
         action(i == 0 ? QStringLiteral("mnuBarraStandard") : QStringLiteral("mnuBarraFormattazione"))
-            ->setChecked(p.visible);
+            ->setChecked(places[i].visible);
+    }
+    // The toolbars stand in rows at the top: two left on the same row share
+    // one, in the order of their left edges; otherwise each has its own.
+    const bool known = !ctx_.settings().leggiReg(kApp, FrmMainLogic::toolbarSection(1), QStringLiteral("2")).isEmpty();
+    if (known && places[0].top == places[1].top) {
+        removeToolBarBreak(t_[1]);
+        if (places[1].left < places[0].left) {
+            removeToolBar(t_[1]);
+            insertToolBar(t_[0], t_[1]);
+            t_[1]->show();
+            t_[1]->setVisible(places[1].visible);
+        }
     }
 }
 

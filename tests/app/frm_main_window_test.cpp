@@ -82,6 +82,7 @@ TEST(FrmMainStartTest, StartReadsTheSettingsAndOpensTheCommandLine)
                            "mnuRighello", "mnuVisPagina", "mnuParNessuno", "!guida", "agg", "autosave"}));
     EXPECT_TRUE(w.toolbar(0)->isHidden());
     EXPECT_FALSE(w.toolbar(1)->isHidden());
+    EXPECT_TRUE(w.toolBarBreak(w.toolbar(1)));
     EXPECT_TRUE(t.context->undo().annullaOff());
 
     // The document of the command line, its length as saved, the controls in line.
@@ -105,6 +106,8 @@ TEST(FrmMainStartTest, BadStartValuesGiveANewDocument)
     t.context->settings().scriviReg(kApp, "Toolbar 2", "2", "alto");
     MainWindow w(*t.context);
     w.Form_Load(t.folder.filePath("non esiste.tnl"));
+    // A top that is no number reads as the first row, with the other toolbar.
+    EXPECT_FALSE(w.toolBarBreak(w.toolbar(1)));
     EXPECT_EQ((QStringList{w.windowTitle(), t.context->document().nomeFile, t.context->testo().Text()}),
               (QStringList{"Tornelia - Documento 1", "Documento 1", ""}));
     EXPECT_FALSE(w.toolButton(1, 18)->isChecked());
