@@ -82,6 +82,11 @@ public:
     void chooseBackColour();
 
     // --- editing commands ---
+    // Paste: "" or "0" as the clipboard has it, "1" in the format at the
+    // caret, "2" its text alone.
+    void INco(const QString& how);
+    // The selection's text alone on the clipboard.
+    void copiaSoloTesto();
     void eseguiSelezione();
     void insertDate();
     void selectLine();

@@ -1107,13 +1107,13 @@ void MainWindow::CopYa()
 
 void MainWindow::copiaSoloTesto()
 {
-    // The special copy of the clipboard feature.
+    logic_.copiaSoloTesto();
 }
 
-void MainWindow::INco(const QString& /*how*/)
+void MainWindow::INco(const QString& how)
 {
-    ctx_.undo().unDO();
-    ctx_.testo().Paste();
+    logic_.INco(how);
+    aggText();
 }
 
 void MainWindow::TaGl()

@@ -9,7 +9,10 @@
 
 #include <QDate>
 #include <QDir>
+#include <QClipboard>
 #include <QFile>
+#include <QGuiApplication>
+#include <QMimeData>
 #include <QLocale>
 
 namespace tornelia {
@@ -186,6 +189,45 @@ TEST_F(FrmMainLogicTest, ContextMenuDependsOnTheSelection)
     testo().setSelRTF("{\\rtf1\\ansi {\\pict\\wmetafile8\\picw10\\pich10 0100090000}}");
     const long end = testo().length();
     EXPECT_EQ(plain << at(end - 1, 1), (QStringList{"1+", "1-", "0-", "1+", "2-"}));
+}
+
+// The three pastes over the same clipboard: as it came, in the format of
+// the place, as text alone.
+TEST_F(FrmMainLogicTest, PasteKeepsOrTakesTheFormat)
+{
+    testo().setText("rosso|");
+    select(0, 5);
+    testo().setSelItalic(true);
+    testo().setSelColor(0x0000FF);
+    testo().Copy();
+    select(5, 1);
+    testo().setSelBold(true);
+    testo().setSelColor(0xFF0000);
+    auto run = [this](long at, long length) {
+        select(at, length);
+        const std::optional<bool> b = testo().SelBold(), i = testo().SelItalic();
+        const std::optional<Colour> c = testo().SelColor();
+        return QString("%1%2%3").arg(b ? (*b ? "B" : "b") : "?", i ? (*i ? "I" : "i") : "?",
+                                     c ? QString::number(*c, 16) : "?");
+    };
+    // At the end the caret has the format of the bold blue bar.
+    testo().setSelStart(6);
+    logic.INco("1");
+    const long caret = testo().SelStart();
+    const QString taken = run(6, 5);
+    testo().setSelStart(11);
+    logic.INco("0");
+    const QString kept = run(11, 5);
+    select(0, 5);
+    logic.copiaSoloTesto();
+    const QMimeData* mime = QGuiApplication::clipboard()->mimeData();
+    const bool rich = mime->hasFormat("text/rtf") || mime->hasFormat("application/rtf");
+    testo().setSelStart(16);
+    logic.INco("2");
+    EXPECT_EQ(QStringList({testo().Text(), taken, QString::number(caret), kept, rich ? "rtf" : "text"})
+                  .join(" ")
+                  .toStdString(),
+              "rosso|rossorossorosso Biff0000 11 bIff text");
 }
 
 TEST_F(FrmMainLogicTest, EditingCommandsSelectAndInsert)
