@@ -617,15 +617,15 @@ void MainWindow::buildContextMenus()
                [this] { CopYa(); });
     addCommand(mn, QStringLiteral("mnumnIncolla"), QStringLiteral("&Incolla"), QStringLiteral("edit-paste"), none,
                [this] { INco(QString()); });
-    QMenu* spec = mn->addMenu(QStringLiteral("Speciali"));
-    spec->setObjectName(QStringLiteral("mnuSpec"));
-    QMenu* spc = spec->addMenu(QStringLiteral("Copia"));
+    QMenu* special = mn->addMenu(QStringLiteral("Speciali"));
+    special->setObjectName(QStringLiteral("mnuSpec"));
+    QMenu* spc = special->addMenu(QStringLiteral("Copia"));
     spc->setObjectName(QStringLiteral("mnuSpc"));
     addCommand(spc, QStringLiteral("mnuSpcFormattazione"), QStringLiteral("Copia testo e formattazione"), {}, none,
                [this] { CopYa(); });
     addCommand(spc, QStringLiteral("mnuSpcTesto"), QStringLiteral("Copia solo testo"), {}, none,
                [this] { copiaSoloTesto(); });
-    QMenu* mnn = spec->addMenu(QStringLiteral("Incolla       ."));
+    QMenu* mnn = special->addMenu(QStringLiteral("Incolla       ."));
     mnn->setObjectName(QStringLiteral("mnumnn"));
     addCommand(mnn, QStringLiteral("mnumnnOriginale"), QStringLiteral("Mantieni formattazione originale"), {}, none,
                [this] { INco(QStringLiteral("0")); });
