@@ -67,6 +67,10 @@ public:
 
     // The per-user data folder (~/.local/share/Tornelia), made when missing.
     static QString ensureDataFolder();
+    // Where this process keeps its data: the per-user folder unless another
+    // was given (tests keep theirs apart).
+    QString dataFolder() const { return dataFolder_.isEmpty() ? ensureDataFolder() : dataFolder_; }
+    void setDataFolder(const QString& folder) { dataFolder_ = folder; }
 
     // The document of the command line at start: quotes around it are
     // dropped; a path that does not exist leaves "Documento 1", with no
@@ -81,6 +85,7 @@ private:
     std::unique_ptr<Document> document_;
     std::unique_ptr<UndoStore> undo_;
     std::unique_ptr<TypingAssist> typing_;
+    QString dataFolder_;
 };
 
 // Surrounding double quotes taken off a path, as the command line gives it.

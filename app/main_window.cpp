@@ -4,15 +4,25 @@
 #include "controls/editor_view.h"
 
 #include <QAction>
+#include <QActionGroup>
+#include <QApplication>
 #include <QCloseEvent>
+#include <QComboBox>
 #include <QCoreApplication>
+#include <QCursor>
+#include <QFontComboBox>
 #include <QHBoxLayout>
 #include <QIcon>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPainter>
+#include <QPixmap>
 #include <QProgressBar>
 #include <QStatusBar>
+#include <QToolBar>
+#include <QToolButton>
 
 #include <algorithm>
 #include <exception>
@@ -20,38 +30,140 @@
 namespace tornelia {
 
 namespace {
-// The panels the status bar starts with: the caret's line and column, then
-// the document's name.
-constexpr int kFirstPanels = 2;
+
+// Status bar: 0 free for messages, 1 the document, 2 line and column.
+constexpr int kPanels = 3;
 constexpr int kDocumentPanel = 1;
+constexpr int kLinePanel = 2;
+
+// Twips to the pixel at 96 dots an inch, for the toolbars' places.
+constexpr int kTwipsPerPixel = 15;
+
+// Index of the autosave button on t(1), after the bullet button and a gap.
+constexpr int kAutosaveButton = 18;
+
+QIcon themeIcon(const QString& name)
+{
+    if (name.isEmpty())
+        return {};
+    // Some themes carry only the symbolic drawing of a name.
+    QIcon icon = QIcon::fromTheme(name);
+    if (icon.isNull())
+        icon = QIcon::fromTheme(name + QStringLiteral("-symbolic"));
+    return icon;
+}
+
+// The colours the two colour combos offer, 0x00BBGGRR, with their names.
+struct NamedColour {
+    Colour value;
+    const char* name;
+};
+constexpr NamedColour kColours[] = {
+    {0x000000, "Nero"},      {0x800000, "Blu scuro"},   {0xFF0000, "Blu"},     {0x008000, "Verde"},
+    {0x00FF00, "Verde chiaro"}, {0x808000, "Verde acqua"}, {0x000080, "Bordeaux"}, {0x0000FF, "Rosso"},
+    {0x800080, "Viola"},     {0xFF00FF, "Fucsia"},      {0x008080, "Oliva"},   {0x00A5FF, "Arancione"},
+    {0x00FFFF, "Giallo"},    {0x808080, "Grigio"},      {0xC0C0C0, "Argento"}, {0xFFFFFF, "Bianco"},
+};
+
+QColor toQColor(Colour c)
+{
+    return QColor(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF));
+}
+
+QIcon swatch(Colour c)
+{
+    QPixmap p(14, 14);
+    p.fill(toQColor(c));
+    QPainter painter(&p);
+    painter.setPen(Qt::darkGray);
+    painter.drawRect(0, 0, 13, 13);
+    return QIcon(p);
+}
+
+void addColourItem(QComboBox* combo, Colour c, const QString& name)
+{
+    combo->addItem(swatch(c), name, QVariant::fromValue(qlonglong(c)));
+}
+
+// Shows colour c in the combo, adding it when the list lacks it; -1 shows none.
+void showColour(QComboBox* combo, long c)
+{
+    if (c < 0) {
+        combo->setCurrentIndex(-1);
+        return;
+    }
+    int i = combo->findData(QVariant::fromValue(qlonglong(c)));
+    if (i < 0) {
+        addColourItem(combo, Colour(c), QStringLiteral("#%1").arg(toQColor(Colour(c)).name().mid(1).toUpper()));
+        i = combo->count() - 1;
+    }
+    combo->setCurrentIndex(i);
+}
+
+const QStringList kZoomLevels{QStringLiteral("50%"),  QStringLiteral("75%"),  QStringLiteral("80%"),
+                              QStringLiteral("90%"),  QStringLiteral("100% - dimensioni reali      ."),
+                              QStringLiteral("110%"), QStringLiteral("120%"), QStringLiteral("150%"),
+                              QStringLiteral("200%"), QStringLiteral("250%")};
+
 }  // namespace
 
-MainWindow::MainWindow(AppContext& context, QWidget* parent) : QMainWindow(parent), ctx_(context)
+MainWindow::MainWindow(AppContext& context, QWidget* parent)
+    : QMainWindow(parent),
+      ctx_(context),
+      logic_(context, QCoreApplication::applicationDirPath(), context.dataFolder())
 {
     setObjectName(QStringLiteral("frmMain"));
     setWindowIcon(QIcon::fromTheme(QStringLiteral("accessories-text-editor")));
     setCaption(Document::captionFor(kNoDocument));
+    registerAllWindows(registry_);
 
     editor_ = new EditorView(ctx_.testo(), this);
     editor_->setObjectName(QStringLiteral("Testo"));
     setCentralWidget(editor_);
 
-    buildFileMenu();
-    buildViewMenu();
+    buildMenus();
+    buildToolbars();
+    buildContextMenus();
     buildStatusBar();
     setStatusPanel(kDocumentPanel, QStringLiteral("Nessun documento salvato"));
-    resize(900, 650);
+    resize(1120, 720);
 
     ctx_.frame().attach(this);
     ctx_.typing().setProcedures(this);
+    ctx_.undo().onCommands = [this](const UndoCommands& state) { showUndoState(state); };
+    ctx_.document().onConalinee = [this] { Conalinee(); };
+    connect(&ctx_.testo(), &RichTextSurface::MouseDown, this,
+            [this](int button, int, int, int) { onMouseDown(button); });
+    editor_->installEventFilter(this);
+    Conalinee();
+    aggText();
+    CmeN();
     editor_->setFocus();
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == editor_ && event->type() == QEvent::ShortcutOverride) {
+        const QKeySequence pressed(static_cast<QKeyEvent*>(event)->keyCombination());
+        for (const QAction* a : std::as_const(actions_)) {
+            if (!a->shortcut().isEmpty() && a->shortcut() == pressed) {
+                event->ignore();
+                return true;
+            }
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 MainWindow::~MainWindow()
 {
+    ctx_.undo().onCommands = nullptr;
+    ctx_.document().onConalinee = nullptr;
     ctx_.typing().setProcedures(nullptr);
     ctx_.frame().detach(this);
 }
+
+// ---------------------------------------------------------------- building
 
 QAction* MainWindow::addCommand(QMenu* menu, const QString& name, const QString& caption, const QString& icon,
                                 const QKeySequence& shortcut, std::function<void()> command)
@@ -59,7 +171,7 @@ QAction* MainWindow::addCommand(QMenu* menu, const QString& name, const QString&
     QAction* a = menu->addAction(caption);
     a->setObjectName(name);
     if (!icon.isEmpty())
-        a->setIcon(QIcon::fromTheme(icon));
+        a->setIcon(themeIcon(icon));
     if (!shortcut.isEmpty())
         a->setShortcut(shortcut);
     connect(a, &QAction::triggered, this, [this, command = std::move(command)] { runCommand(command); });
@@ -67,53 +179,524 @@ QAction* MainWindow::addCommand(QMenu* menu, const QString& name, const QString&
     return a;
 }
 
-void MainWindow::buildFileMenu()
+void MainWindow::buildMenus()
 {
-    fileMenu_ = menuBar()->addMenu(QStringLiteral("&File"));
-    fileMenu_->setObjectName(QStringLiteral("mnuf"));
-    Document& doc = ctx_.document();
+    auto menu = [this](QMenu* parent, const QString& name, const QString& title) {
+        QMenu* m = parent ? parent->addMenu(title) : menuBar()->addMenu(title);
+        m->setObjectName(name);
+        if (!parent)
+            menus_ << m;
+        return m;
+    };
+    auto show = [this](Window w) { return [this, w] { showWindow(w); }; };
+    const QKeySequence none;
 
-    addCommand(fileMenu_, QStringLiteral("mnuNuovo"), QStringLiteral("&Nuovo..."), QStringLiteral("document-new"),
-               QKeySequence(Qt::CTRL | Qt::Key_N), [&doc] { doc.Novo(1); });
-    addCommand(fileMenu_, QStringLiteral("mnuNuovaSessione"), QStringLiteral("Nuova sessione di Tornelia...          "),
-               QStringLiteral("window-new"), {}, [&doc] { doc.nuovaSessione(); });
-    fileMenu_->addSeparator();
-    addCommand(fileMenu_, QStringLiteral("mnuApri"), QStringLiteral("&Apri"), QStringLiteral("document-open"),
-               QKeySequence(Qt::CTRL | Qt::Key_O), [&doc] { doc.Aprii(QString()); });
-    addCommand(fileMenu_, QStringLiteral("mnuSalva"), QStringLiteral("&Salva"), QStringLiteral("document-save"),
-               QKeySequence(Qt::CTRL | Qt::Key_S), [&doc] { doc.Salvare(QString()); });
-    addCommand(fileMenu_, QStringLiteral("mnuSalvaConNome"), QStringLiteral("Salva con nome..."),
-               QStringLiteral("document-save-as"), {}, [&doc] { doc.SalvareN(); });
-    fileMenu_->addSeparator();
-    addCommand(fileMenu_, QStringLiteral("mnuElimina"), QStringLiteral("E&limina file corrente"),
-               QStringLiteral("edit-delete"), {}, [&doc] { doc.DelFile(); });
-    addCommand(fileMenu_, QStringLiteral("mnuProprieta"), QStringLiteral("&Proprietà file corrente..."),
-               QStringLiteral("document-properties"), {}, [&doc] { doc.pROP(); });
-    fileMenu_->addSeparator();
-    addCommand(fileMenu_, QStringLiteral("mnuEsci"), QStringLiteral("Esci"), QStringLiteral("application-exit"), {},
-               [this] { close(); });
+    // File. The recent files stand at items 15 to 19, counting the separators.
+    QMenu* f = fileMenu_ = menu(nullptr, QStringLiteral("mnuf"), QStringLiteral("&File"));
+    addCommand(f, QStringLiteral("mnuNuovo"), QStringLiteral("&Nuovo..."), QStringLiteral("document-new"),
+               QKeySequence(Qt::CTRL | Qt::Key_N), [this] { Novo(1); });
+    addCommand(f, QStringLiteral("mnuNuovaSessione"), QStringLiteral("Nuova sessione di Tornelia...          "),
+               QStringLiteral("window-new"), none, [this] { nuovaSessione(); });
+    f->addSeparator();
+    addCommand(f, QStringLiteral("mnuApri"), QStringLiteral("&Apri"), QStringLiteral("document-open"),
+               QKeySequence(Qt::CTRL | Qt::Key_O), [this] { Aprii(QString()); });
+    addCommand(f, QStringLiteral("mnuSalva"), QStringLiteral("&Salva"), QStringLiteral("document-save"),
+               QKeySequence(Qt::CTRL | Qt::Key_S), [this] { Salvare(QString()); });
+    addCommand(f, QStringLiteral("mnuSalvaConNome"), QStringLiteral("Salva con nome..."),
+               QStringLiteral("document-save-as"), none, [this] { SalvareN(); });
+    f->addSeparator();
+    addCommand(f, QStringLiteral("mnuElimina"), QStringLiteral("E&limina file corrente"),
+               QStringLiteral("edit-delete"), none, [this] { DelFile(); });
+    addCommand(f, QStringLiteral("mnuProprieta"), QStringLiteral("&Proprietà file corrente..."),
+               QStringLiteral("document-properties"), none, [this] { pROP(); });
+    f->addSeparator();
+    addCommand(f, QStringLiteral("mnuImpostaPagina"), QStringLiteral("&Imposta pagina..."),
+               QStringLiteral("document-page-setup"), none, show(Window::frmImp));
+    f->addSeparator();
+    addCommand(f, QStringLiteral("mnuAnteprima"), QStringLiteral("Ant&eprima di stampa..."),
+               QStringLiteral("document-print-preview"), none, [this] { AntEP(); });
+    addCommand(f, QStringLiteral("mnuStampa"), QStringLiteral("&Stampa..."), QStringLiteral("document-print"),
+               QKeySequence(Qt::CTRL | Qt::Key_P), [this] { StaMpa(); });
+    f->addSeparator();
+    for (int i = 0; i < 5; ++i) {
+        QAction* a = f->addAction(QString());
+        a->setObjectName(QStringLiteral("mnuRecente%1").arg(15 + i));
+        a->setVisible(false);
+        connect(a, &QAction::triggered, this, [this, a] { runCommand([this, a] { RecENt(a->text()); }); });
+        recent_ << a;
+    }
+    f->addSeparator();
+    addCommand(f, QStringLiteral("mnuEsci"), QStringLiteral("Esci"), QStringLiteral("application-exit"), none,
+               [this] { esci(); });
+
+    // Modifica.
+    QMenu* m = menu(nullptr, QStringLiteral("mnum"), QStringLiteral("&Modifica"));
+    addCommand(m, QStringLiteral("mnuDisabilitaAnnulla"), QStringLiteral("Disabilita annulla"), {}, none,
+               [this] { disabilitaAnnulla(); })
+        ->setCheckable(true);
+    m->addSeparator();
+    addCommand(m, QStringLiteral("mnuAnnulla"), QStringLiteral("&Annulla"), QStringLiteral("edit-undo"),
+               QKeySequence(Qt::CTRL | Qt::Key_Z), [this] { UnDoo(); });
+    addCommand(m, QStringLiteral("mnuRipristina"), QStringLiteral("&Ripristina"), QStringLiteral("edit-redo"),
+               QKeySequence(Qt::CTRL | Qt::Key_Y), [this] { RedOO(); });
+    m->addSeparator();
+    // Control+X, C and V reach these through the text's own keys.
+    addCommand(m, QStringLiteral("mnuTaglia"), QStringLiteral("Ta&glia"), QStringLiteral("edit-cut"), none,
+               [this] { TaGl(); });
+    addCommand(m, QStringLiteral("mnuCopia"), QStringLiteral("&Copia"), QStringLiteral("edit-copy"), none,
+               [this] { CopYa(); });
+    addCommand(m, QStringLiteral("mnuIncolla"), QStringLiteral("&Incolla"), QStringLiteral("edit-paste"), none,
+               [this] { INco(QString()); });
+    addCommand(m, QStringLiteral("mnuIncollaSpeciale"), QStringLiteral("Copia / incolla speciale..."), {}, none,
+               show(Window::frmInc));
+    addCommand(m, QStringLiteral("mnuVisualizzaAppunti"), QStringLiteral("&Visualizza appunti..."), {}, none,
+               show(Window::frmApp));
+    addCommand(m, QStringLiteral("mnuAppunti"), QStringLiteral("&Appunti di Tornelia..."), {}, none,
+               [this] { appunti(); })
+        ->setCheckable(true);
+    m->addSeparator();
+    addCommand(m, QStringLiteral("mnuSelezionaRiga"), QStringLiteral("Seleziona riga"), {}, none,
+               [this] { selezionaRiga(); });
+    addCommand(m, QStringLiteral("mnuSelezionaTutto"), QStringLiteral("Seleziona t&utto"),
+               QStringLiteral("edit-select-all"), none, [this] { selezionaTutto(); });
+    m->addSeparator();
+    addCommand(m, QStringLiteral("mnuMaiuscole"), QStringLiteral("&Maiuscole / minuscole...                       "),
+               {}, none, show(Window::frmMai));
+    addCommand(m, QStringLiteral("mnuConteggio"), QStringLiteral("Conteggio &parole..."), {}, none,
+               [this] { CpAr(); });
+    addCommand(m, QStringLiteral("mnuVaiA"), QStringLiteral("Vai a..."), QStringLiteral("go-jump"),
+               QKeySequence(Qt::CTRL | Qt::Key_G), show(Window::frmGoTo));
+    addCommand(m, QStringLiteral("mnuTrova"), QStringLiteral("&Trova..."), QStringLiteral("edit-find"),
+               QKeySequence(Qt::CTRL | Qt::Key_F), [this] { FindA(); });
+    m->addSeparator();
+    addCommand(m, QStringLiteral("mnuInviaA"), QStringLiteral("Invia a..."), QStringLiteral("mail-send"), none,
+               [this] { MaIL(QString()); });
+    addCommand(m, QStringLiteral("mnuMaiuscoleF2"), QStringLiteral("maiuscole F2"), {}, none,
+               [this] { maiuscoleF2(); })
+        ->setVisible(false);
+
+    // Testo.
+    QMenu* t = menu(nullptr, QStringLiteral("mnuT"), QStringLiteral("&Testo"));
+    addCommand(t, QStringLiteral("mnuFont"), QStringLiteral("Font..."), QStringLiteral("preferences-desktop-font"),
+               none, [this] { chooseFont(); });
+    QMenu* col = menu(t, QStringLiteral("mnucol"), QStringLiteral("C&olore"));
+    addCommand(col, QStringLiteral("mnuColoreTesto"), QStringLiteral("Colore &testo..."), {}, none,
+               [this] { coloreTesto(); });
+    addCommand(col, QStringLiteral("mnuColoreSfondo"), QStringLiteral("Colore &sfondo..."), {}, none,
+               [this] { coloreSfondo(); });
+    QMenu* st = menu(t, QStringLiteral("mnuSt"), QStringLiteral("St&ile carattere"));
+    addCommand(st, QStringLiteral("mnuGrassetto"), QStringLiteral("&Grassetto"), QStringLiteral("format-text-bold"),
+               QKeySequence(Qt::CTRL | Qt::Key_B), [this] { Clic(37); });
+    addCommand(st, QStringLiteral("mnuCorsivo"), QStringLiteral("&Corsivo"), QStringLiteral("format-text-italic"),
+               QKeySequence(Qt::CTRL | Qt::Key_I), [this] { Clic(38); });
+    addCommand(st, QStringLiteral("mnuBarrato"), QStringLiteral("&Barrato"),
+               QStringLiteral("format-text-strikethrough"), none, [this] { Clic(40); });
+    addCommand(st, QStringLiteral("mnuSottolineato"), QStringLiteral("&Sottolineato normale"),
+               QStringLiteral("format-text-underline"), QKeySequence(Qt::CTRL | Qt::Key_U), [this] { Clic(39); });
+    addCommand(st, QStringLiteral("mnuSottolineatoSpeciale"), QStringLiteral("Sottolineato s&peciale..."), {}, none,
+               show(Window::frmSott));
+    QMenu* al = menu(t, QStringLiteral("mnual"), QStringLiteral("&Allineamento"));
+    auto* alignGroup = new QActionGroup(this);
+    for (const auto& [name, caption, icon, value] :
+         {std::tuple{"mnuSinistra", "&Sinistra", "format-justify-left", 0},
+          {"mnuCentrato", "&Centrato", "format-justify-center", 2},
+          {"mnuDestra", "&Destra", "format-justify-right", 1}}) {
+        QAction* a = addCommand(al, QString::fromLatin1(name), QString::fromUtf8(caption), QString::fromLatin1(icon),
+                                none, [this, v = value] { setAlignment(v); });
+        a->setCheckable(true);
+        alignGroup->addAction(a);
+    }
+    QMenu* pos = menu(t, QStringLiteral("mnud"), QStringLiteral("&Posizione"));
+    addCommand(pos, QStringLiteral("mnuNormale"), QStringLiteral("&Normale"), {}, none, [this] { setCharOffset(0); });
+    addCommand(pos, QStringLiteral("mnuApice"), QStringLiteral("&Apice"), {}, none, [this] { setCharOffset(50); });
+    addCommand(pos, QStringLiteral("mnuPedice"), QStringLiteral("&Pedice"), {}, none, [this] { setCharOffset(-50); });
+    addCommand(pos, QStringLiteral("mnuLivello"), QStringLiteral("&Livello personalizzato..."), {}, none,
+               show(Window::FrmApiPed));
+    t->addSeparator();
+    addCommand(t, QStringLiteral("mnuParagrafoPuntato"), QStringLiteral("Paragrafo puntato"),
+               QStringLiteral("format-indent-more"), none, [this] { paragrafoPuntato(); });
+    addCommand(t, QStringLiteral("mnuPuntatoImmagine"),
+               QStringLiteral("Paragrafo puntato con immagine...            "), {}, none, [this] { PaRImM(); });
+    t->addSeparator();
+    addCommand(t, QStringLiteral("mnuCorrezioneTesto"), QStringLiteral("Correzione testo..."), {}, none,
+               [this] { CorrEzionE(); });
+    addCommand(t, QStringLiteral("mnuStili"), QStringLiteral("Stili..."), {}, none, show(Window::FrmSt));
+    addCommand(t, QStringLiteral("mnuHTML"), QStringLiteral("Converti in &HTML..."), {}, none, show(Window::frmHTM));
+    t->addSeparator();
+    QMenu* hidden = menu(t, QStringLiteral("mnun"), QStringLiteral("Testo nascost&o"));
+    addCommand(hidden, QStringLiteral("mnuNascondi"), QStringLiteral("&Nascondi testo selezionato       "), {}, none,
+               [this] { SelVisible(); });
+    addCommand(hidden, QStringLiteral("mnuMostraNascosto"), QStringLiteral("Mostra testo nascosto                "),
+               {}, none, [this] { HiddenTextShow(); });
+    addCommand(t, QStringLiteral("mnuMotoOndoso"), QStringLiteral("Moto ondoso..."), {}, none, show(Window::frmOnd));
+    addCommand(t, QStringLiteral("mnuEseguiSelezionato"), QStringLiteral("Esegui selezionato"),
+               QStringLiteral("system-run"), none, [this] { eseguiSelezione(); });
+    t->addSeparator();
+    QMenu* ins = menu(t, QStringLiteral("mnuIns"), QStringLiteral("Inse&risci"));
+    addCommand(ins, QStringLiteral("mnuData"), QStringLiteral("&Data"), {}, none, [this] { inserisciData(); });
+    addCommand(ins, QStringLiteral("mnuDataOra"), QStringLiteral("Data e ora &personalizzate...      "),
+               QStringLiteral("appointment-new"), none, show(Window::frmTimeDate));
+    ins->addSeparator();
+    addCommand(ins, QStringLiteral("mnuImmagine"), QStringLiteral("&Immagine..."), QStringLiteral("insert-image"),
+               none, show(Window::frmIm));
+    addCommand(ins, QStringLiteral("mnuLinea"), QStringLiteral("&Linea..."), {}, none, show(Window::Form1));
+    addCommand(ins, QStringLiteral("mnuTestoSpeciale"), QStringLiteral("&Testo speciale..."),
+               QStringLiteral("insert-text"), none, show(Window::form2));
+    addCommand(ins, QStringLiteral("mnuCarattereSpeciale"), QStringLiteral("&Carattere speciale..."), {}, none,
+               show(Window::form3));
+    addCommand(ins, QStringLiteral("mnuInsFile"), QStringLiteral("&File..."), {}, none, [this] { InSFilE(); });
+    addCommand(ins, QStringLiteral("mnuTestoCiclico"), QStringLiteral("&Testo ciclico..."), {}, none,
+               show(Window::frmcic));
+
+    // Visualizza.
+    QMenu* v = viewMenu_ = menu(nullptr, QStringLiteral("mnuv"), QStringLiteral("&Visualizza"));
+    addCommand(v, QStringLiteral("mnuVisualizzatore"), QStringLiteral("&Visualizzatore caratteri..."), {}, none,
+               show(Window::Fontt));
+    v->addSeparator();
+    addCommand(v, QStringLiteral("mnuBarraStandard"), QStringLiteral("Barra strumenti &Standard          "), {}, none,
+               [this] { toggleToolbar(0); })
+        ->setCheckable(true);
+    addCommand(v, QStringLiteral("mnuBarraFormattazione"),
+               QStringLiteral("Barra strumenti &Formattazione               "), {}, none,
+               [this] { toggleToolbar(1); })
+        ->setCheckable(true);
+    addCommand(v, QStringLiteral("mnuRighello"), QStringLiteral("&Righello"), {}, none, [this] { toggleRuler(); })
+        ->setCheckable(true);
+    QMenu* kind = menu(v, QStringLiteral("mnuTipovis"), QStringLiteral("&Tipo di visualizzazione"));
+    auto* kindGroup = new QActionGroup(this);
+    QAction* normal = addCommand(kind, QStringLiteral("mnuVisNormale"), QStringLiteral("Visualizzazione Normale"), {},
+                                 none, [this] { setViewKind(false); });
+    QAction* page = addCommand(kind, QStringLiteral("mnuVisPagina"), QStringLiteral("Visualizzazione pagina  (WYSIWYG)"),
+                               {}, none, [this] { setViewKind(true); });
+    for (QAction* a : {normal, page}) {
+        a->setCheckable(true);
+        kindGroup->addAction(a);
+    }
+    normal->setChecked(true);
+    QMenu* zm = menu(v, QStringLiteral("mnuzoom"), QStringLiteral("&Zoom"));
+    for (int i = 0; i < kZoomLevels.size(); ++i) {
+        const QString level = kZoomLevels[i];
+        addCommand(zm, QStringLiteral("mnuZoom%1").arg(i), level, {}, none, [this, level] {
+            if (cbZoom_)
+                cbZoom_->setCurrentText(level);
+            zoom(level);
+        });
+    }
+    v->addSeparator();
+    addCommand(v, QStringLiteral("mnuCripta"), QStringLiteral("&Cripta documento..."), {}, none, [this] { CripT(); });
+    addCommand(v, QStringLiteral("mnuDecripta"), QStringLiteral("&Decripta documento..."), {}, none,
+               [this] { DeCripT(); });
+    v->addSeparator();
+    addCommand(v, QStringLiteral("mnuMacro"), QStringLiteral("&Macro..."), {}, none, show(Window::frmMac));
+    addCommand(v, QStringLiteral("mnuCorrezioneAutomatica"), QStringLiteral("Correzione automatica..."), {}, none,
+               show(Window::frmCor));
+    addCommand(v, QStringLiteral("mnuOpzioni"), QStringLiteral("&Opzioni..."), QStringLiteral("preferences-system"),
+               none, show(Window::FrmOpz));
+    addCommand(v, QStringLiteral("mnuTastiera"), QStringLiteral("&Tastiera"), QStringLiteral("input-keyboard"), none,
+               [this] { TasTiER(); })
+        ->setCheckable(true);
+    v->addSeparator();
+    addCommand(v, QStringLiteral("mnuRecupero"), QStringLiteral("Recupero documenti..."),
+               QStringLiteral("document-revert"), none, show(Window::frmRecuper));
+
+    // Extras.
+    QMenu* e = menu(nullptr, QStringLiteral("mnuExt"), QStringLiteral("&Extras"));
+    addCommand(e, QStringLiteral("mnuSarbena"), QStringLiteral("&Sarbena...      "), {}, none, [this] { sarbena(); });
+    QMenu* cif = menu(e, QStringLiteral("mnuCifratura"), QStringLiteral("C&ifratura"));
+    addCommand(cif, QStringLiteral("mnuExCr1"), QStringLiteral("&Cifratura/decifratura documento..."), {}, none,
+               [this] { cifraturaDocumento(); });
+    addCommand(cif, QStringLiteral("mnuExCr"), QStringLiteral("Cifra &documento corrente..."), {}, none,
+               [this] { cifraDocumentoCorrente(); });
+    addCommand(e, QStringLiteral("mnuExZip"), QStringLiteral("C&ompressione documento..."), {}, none,
+               show(Window::frmZip));
+
+    // Help.
+    QMenu* h = menu(nullptr, QStringLiteral("mnuH"), QStringLiteral("&Help"));
+    addCommand(h, QStringLiteral("mnuGuida"), QStringLiteral("Guida..."), QStringLiteral("help-contents"),
+               QKeySequence(Qt::Key_F1), [this] { guida(); });
+    addCommand(h, QStringLiteral("mnuAggiornamento"), QStringLiteral("&Aggiornamento programma..."), {}, none,
+               [this] { aggiornamento(); });
+    h->addSeparator();
+    addCommand(h, QStringLiteral("mnuSegnala"), QStringLiteral("Segnala errori..."), {}, none, [this] { DeBugG(); });
+    addCommand(h, QStringLiteral("mnuSito"), QStringLiteral("Il sito di Tornelia..."), {}, none,
+               [this] { sitoWeb(); });
+    h->addSeparator();
+    addCommand(h, QStringLiteral("mnuInformazioni"), QStringLiteral("&Informazioni su Tornelia...     "),
+               QStringLiteral("help-about"), none, [this] { informazioni(); });
+    updateHelpEntries();
 }
 
-void MainWindow::buildViewMenu()
+QAction* MainWindow::addButton(int bar, int index, const QString& tip, const QString& icon,
+                               std::function<void()> command)
 {
-    viewMenu_ = menuBar()->addMenu(QStringLiteral("&Visualizza"));
-    viewMenu_->setObjectName(QStringLiteral("mnuv"));
-    addCommand(viewMenu_, QStringLiteral("mnuCorrezioneAutomatica"), QStringLiteral("Correzione automatica..."), {}, {},
-               [this] { showCorrections(); });
+    QList<QAction*>& list = buttons_[bar];
+    while (list.size() < index) {
+        list << t_[bar]->addSeparator();
+    }
+    QAction* a = t_[bar]->addAction(themeIcon(icon), tip);
+    a->setToolTip(tip);
+    a->setObjectName(QStringLiteral("t%1_%2").arg(bar).arg(index));
+    connect(a, &QAction::triggered, this, [this, command = std::move(command)] { runCommand(command); });
+    list << a;
+    return a;
 }
 
-void MainWindow::showCorrections()
+QAction* MainWindow::toolButton(int bar, int index) const
 {
-    FrmCor dialog(ctx_.settings(), this);
-    dialog.exec();
+    if (bar < 0 || bar > 1 || index < 0 || index >= buttons_[bar].size())
+        return nullptr;
+    return buttons_[bar].at(index);
+}
+
+void MainWindow::buildToolbars()
+{
+    const QString names[2] = {QStringLiteral("Standard"), QStringLiteral("Formattazione")};
+    for (int i = 0; i < 2; ++i) {
+        t_[i] = new QToolBar(names[i], this);
+        t_[i]->setObjectName(QStringLiteral("t%1").arg(i));
+        t_[i]->setIconSize(QSize(20, 20));
+        addToolBar(Qt::TopToolBarArea, t_[i]);
+        // A toolbar closed from its own context menu follows the View entry.
+        connect(t_[i]->toggleViewAction(), &QAction::toggled, this, [this, i](bool on) {
+            if (QAction* a = action(i == 0 ? QStringLiteral("mnuBarraStandard") : QStringLiteral("mnuBarraFormattazione")))
+                a->setChecked(on);
+        });
+    }
+    addToolBarBreak(Qt::TopToolBarArea);
+    insertToolBarBreak(t_[1]);
+
+    auto show = [this](Window w) { return [this, w] { showWindow(w); }; };
+    addButton(0, 0, QStringLiteral("Nuovo file"), QStringLiteral("document-new"), [this] { Novo(0); });
+    addButton(0, 1, QStringLiteral("Apri documento esistente"), QStringLiteral("document-open"),
+              [this] { Aprii(QString()); });
+    addButton(0, 2, QStringLiteral("Salva documento"), QStringLiteral("document-save"),
+              [this] { Salvare(QString()); });
+    addButton(0, 4, QStringLiteral("Stampa"), QStringLiteral("document-print"), [this] { StaMpa(); });
+    addButton(0, 5, QStringLiteral("Anteprima di stampa"), QStringLiteral("document-print-preview"),
+              [this] { AntEP(); });
+    addButton(0, 6, QStringLiteral("Imposta pagina"), QStringLiteral("document-page-setup"), show(Window::frmImp));
+    addButton(0, 8, QStringLiteral("Taglia"), QStringLiteral("edit-cut"), [this] { TaGl(); });
+    addButton(0, 9, QStringLiteral("Copia"), QStringLiteral("edit-copy"), [this] { CopYa(); });
+    addButton(0, 10, QStringLiteral("Incolla"), QStringLiteral("edit-paste"), [this] { INco(QString()); });
+    addButton(0, 11, QStringLiteral("Cancella testo selezionato"), QStringLiteral("edit-clear"),
+              [this] { DeleteSelectedText(); });
+    addButton(0, 13, QStringLiteral("Annulla ultima azione"), QStringLiteral("edit-undo"), [this] { UnDoo(); });
+    addButton(0, 14, QStringLiteral("Ripristina ultima azione"), QStringLiteral("edit-redo"), [this] { RedOO(); });
+    addButton(0, 16, QStringLiteral("Invia a..."), QStringLiteral("mail-send"), [this] { MaIL(QString()); });
+    addButton(0, 17, QStringLiteral("Esegui selezionato"), QStringLiteral("system-run"),
+              [this] { eseguiSelezione(); });
+    addButton(0, 19, QStringLiteral("Iserisci immagine"), QStringLiteral("insert-image"), show(Window::frmIm));
+    addButton(0, 20, QStringLiteral("Inserisci linea"), QStringLiteral("list-remove"), show(Window::Form1));
+    addButton(0, 21, QStringLiteral("Iserisci testo speciale"), QStringLiteral("insert-text"), show(Window::form2));
+    addButton(0, 23, QStringLiteral("Inserisci data/ora"), QStringLiteral("appointment-new"),
+              show(Window::frmTimeDate));
+    addButton(0, 25, QStringLiteral("Opzioni"), QStringLiteral("preferences-system"), show(Window::FrmOpz));
+    addButton(0, 26, QStringLiteral("Tastiera"), QStringLiteral("input-keyboard"), [this] { TasTiER(); })
+        ->setCheckable(true);
+
+    // t(1): six combos, then the buttons.
+    cbFont_ = new QFontComboBox(t_[1]);
+    cbFont_->setObjectName(QStringLiteral("CbFont"));
+    cbFont_->setToolTip(QStringLiteral("Carattere"));
+    cbFont_->setMinimumWidth(160);
+    cbFont_->setMaximumWidth(200);
+    cbDim_ = new QComboBox(t_[1]);
+    cbDim_->setObjectName(QStringLiteral("CbDim"));
+    cbDim_->setToolTip(QStringLiteral("Dimensione"));
+    cbDim_->setEditable(true);
+    for (int s : {8, 9, 10, 11, 12, 14, 16, 18, 20, 22, 24, 26, 28, 36, 48, 72})
+        cbDim_->addItem(QString::number(s));
+    cbDim_->setMinimumContentsLength(3);
+    cbSti_ = new QComboBox(t_[1]);
+    cbSti_->setObjectName(QStringLiteral("CbSti"));
+    cbSti_->setToolTip(QStringLiteral("Stile"));
+    cbSti_->setMinimumContentsLength(10);
+    cbZoom_ = new QComboBox(t_[1]);
+    cbZoom_->setObjectName(QStringLiteral("cbZoom"));
+    cbZoom_->setToolTip(QStringLiteral("Zoom"));
+    cbZoom_->addItems(kZoomLevels);
+    cbZoom_->setCurrentIndex(4);
+    cbZoom_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    cbZoom_->setMinimumContentsLength(11);
+    const QString colourTips[2] = {QStringLiteral("Colore testo"), QStringLiteral("Colore evidenziatore")};
+    for (int i = 0; i < 2; ++i) {
+        cmbC_[i] = new QComboBox(t_[1]);
+        cmbC_[i]->setObjectName(QStringLiteral("CmbC%1").arg(i));
+        cmbC_[i]->setToolTip(colourTips[i]);
+        for (const NamedColour& c : kColours)
+            addColourItem(cmbC_[i], c.value, QString::fromUtf8(c.name));
+        cmbC_[i]->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        cmbC_[i]->setMinimumContentsLength(6);
+    }
+    QWidget* combos[6] = {cbFont_, cbDim_, cbSti_, cbZoom_, cmbC_[0], cmbC_[1]};
+    for (int i = 0; i < 6; ++i) {
+        QAction* a = t_[1]->addWidget(combos[i]);
+        a->setObjectName(QStringLiteral("t1_%1").arg(i));
+        buttons_[1] << a;
+    }
+
+    // What the person picks in a combo goes to the selection.
+    RichTextSurface& testo = ctx_.testo();
+    connect(cbFont_, &QFontComboBox::activated, this, [this, &testo](int) {
+        runCommand([this, &testo] {
+            ctx_.undo().unDO();
+            testo.setSelFontName(cbFont_->currentText());
+        });
+    });
+    connect(cbDim_, &QComboBox::textActivated, this, [this, &testo](const QString& text) {
+        bool ok = false;
+        const float size = QString(text).replace(u',', u'.').toFloat(&ok);
+        if (!ok || size < 1 || size > 1638) {
+            ctx_.document().mostraMsg(QStringLiteral("Dimensione carattere"),
+                                      QStringLiteral("Inserire un numero tra 1 e 1638."), 0, 2);
+            aggText();
+            return;
+        }
+        runCommand([this, &testo, size] {
+            ctx_.undo().unDO();
+            testo.setSelFontSize(size);
+        });
+    });
+    connect(cmbC_[0], &QComboBox::activated, this, [this, &testo](int i) {
+        const Colour c = Colour(cmbC_[0]->itemData(i).toLongLong());
+        runCommand([this, &testo, c] {
+            ctx_.undo().unDO();
+            testo.setSelColor(c);
+        });
+    });
+    connect(cmbC_[1], &QComboBox::activated, this, [this, &testo](int i) {
+        // White is the colour of no highlight.
+        const Colour c = Colour(cmbC_[1]->itemData(i).toLongLong());
+        runCommand([this, &testo, c] {
+            ctx_.undo().unDO();
+            testo.setSelHighlight(c == 0xFFFFFF ? kNoHighlight : c);
+        });
+    });
+    connect(cbZoom_, &QComboBox::textActivated, this, [this](const QString& level) { runCommand([this, level] { zoom(level); }); });
+
+    addButton(1, 6, QStringLiteral("Grassetto"), QStringLiteral("format-text-bold"), [this] { Clic(37); });
+    addButton(1, 7, QStringLiteral("Corsivo"), QStringLiteral("format-text-italic"), [this] { Clic(38); });
+    addButton(1, 8, QStringLiteral("Sottolineato"), QStringLiteral("format-text-underline"), [this] { Clic(39); });
+    addButton(1, 9, QStringLiteral("Barrato"), QStringLiteral("format-text-strikethrough"), [this] { Clic(40); });
+    addButton(1, 11, QStringLiteral("Trova"), QStringLiteral("edit-find"), [this] { FindA(); });
+    addButton(1, 13, QStringLiteral("Allineamento a sinistra"), QStringLiteral("format-justify-left"),
+              [this] { setAlignment(0); });
+    addButton(1, 14, QStringLiteral("Allineamento centrato"), QStringLiteral("format-justify-center"),
+              [this] { setAlignment(2); });
+    addButton(1, 15, QStringLiteral("Allineamento a destra"), QStringLiteral("format-justify-right"),
+              [this] { setAlignment(1); });
+    for (int i : {6, 7, 8, 9, 13, 14, 15})
+        buttons_[1][i]->setCheckable(true);
+    addButton(1, 16, QStringLiteral("Paragrafo puntato"), QStringLiteral("format-indent-more"), [this] {
+        // The bullet menu drops from under the button.
+        QWidget* button = t_[1]->widgetForAction(buttons_[1][16]);
+        QMenu* menu = popups_.value(QStringLiteral("mnuP"));
+        if (button && menu)
+            menu->popup(button->mapToGlobal(QPoint(0, button->height())));
+    });
+    QAction* autosave = addButton(1, kAutosaveButton, QStringLiteral("Attiva/disattiva salvataggio automatico"),
+                                  QStringLiteral("media-floppy"), [] {});
+    autosave->setCheckable(true);
+    connect(autosave, &QAction::toggled, this, [this](bool on) { runCommand([this, on] { autosaveToggled(on); }, false); });
+}
+
+void MainWindow::buildContextMenus()
+{
+    auto popup = [this](const QString& name, const QString& title) {
+        auto* m = new QMenu(title, this);
+        m->setObjectName(name);
+        popups_.insert(name, m);
+        return m;
+    };
+    const QKeySequence none;
+
+    QMenu* mn = popup(QStringLiteral("mnu"), QStringLiteral("nascosto"));
+    addCommand(mn, QStringLiteral("mnumnTaglia"), QStringLiteral("&Taglia"), QStringLiteral("edit-cut"), none,
+               [this] { TaGl(); });
+    addCommand(mn, QStringLiteral("mnumnCopia"), QStringLiteral("&Copia"), QStringLiteral("edit-copy"), none,
+               [this] { CopYa(); });
+    addCommand(mn, QStringLiteral("mnumnIncolla"), QStringLiteral("&Incolla"), QStringLiteral("edit-paste"), none,
+               [this] { INco(QString()); });
+    QMenu* special = mn->addMenu(QStringLiteral("Speciali"));
+    special->setObjectName(QStringLiteral("mnuSpec"));
+    QMenu* spc = special->addMenu(QStringLiteral("Copia"));
+    spc->setObjectName(QStringLiteral("mnuSpc"));
+    addCommand(spc, QStringLiteral("mnuSpcFormattazione"), QStringLiteral("Copia testo e formattazione"), {}, none,
+               [this] { CopYa(); });
+    addCommand(spc, QStringLiteral("mnuSpcTesto"), QStringLiteral("Copia solo testo"), {}, none,
+               [this] { copiaSoloTesto(); });
+    QMenu* mnn = special->addMenu(QStringLiteral("Incolla       ."));
+    mnn->setObjectName(QStringLiteral("mnumnn"));
+    addCommand(mnn, QStringLiteral("mnumnnOriginale"), QStringLiteral("Mantieni formattazione originale"), {}, none,
+               [this] { INco(QStringLiteral("0")); });
+    addCommand(mnn, QStringLiteral("mnumnnDestinazione"), QStringLiteral("Applica formattazione di destinaz.       ."),
+               {}, none, [this] { INco(QStringLiteral("1")); });
+    addCommand(mnn, QStringLiteral("mnumnnTesto"), QStringLiteral("Incolla solo testo"), {}, none,
+               [this] { INco(QStringLiteral("2")); });
+    mn->addSeparator();
+    addCommand(mn, QStringLiteral("mnumnTrova"), QStringLiteral("&Trova"), QStringLiteral("edit-find"), none,
+               [this] { FindA(); });
+    addCommand(mn, QStringLiteral("mnumnEsegui"), QStringLiteral("&Esegui selezionato                            "),
+               QStringLiteral("system-run"), none, [this] { eseguiSelezione(); });
+
+    QMenu* im = popup(QStringLiteral("mnuImma"), QStringLiteral("immagine"));
+    addCommand(im, QStringLiteral("mnuImmTaglia"), QStringLiteral("&Taglia"), QStringLiteral("edit-cut"), none,
+               [this] { TaGl(); });
+    addCommand(im, QStringLiteral("mnuImmCopia"), QStringLiteral("&Copia"), QStringLiteral("edit-copy"), none,
+               [this] { CopYa(); });
+    addCommand(im, QStringLiteral("mnuImmIncolla"), QStringLiteral("&Incolla"), QStringLiteral("edit-paste"), none,
+               [this] { INco(QString()); });
+    im->addSeparator();
+    addCommand(im, QStringLiteral("mnuImmSalva"), QStringLiteral("Salva immagine con nome..."), {}, none,
+               [this] { salvaImmagine(); });
+    addCommand(im, QStringLiteral("mnuImmProprieta"), QStringLiteral("Proprietà immagine..."), {}, none,
+               [this] { proprietaImmagine(); });
+
+    QMenu* par = popup(QStringLiteral("mnuP"), QStringLiteral("puntato"));
+    auto* group = new QActionGroup(this);
+    QAction* bullets[3] = {
+        addCommand(par, QStringLiteral("mnuParStandard"), QStringLiteral("Paragrafo puntato standard                      "),
+                   {}, none, [this] { paragrafoPuntato(); }),
+        addCommand(par, QStringLiteral("mnuParImmagini"), QStringLiteral("Paragrafo puntato Immagini         ."), {},
+                   none, [this] { PaRImM(); }),
+        addCommand(par, QStringLiteral("mnuParNessuno"), QStringLiteral("Nessun paragrafo puntato           "), {},
+                   none, [this] { nessunPuntato(); }),
+    };
+    for (QAction* a : bullets) {
+        a->setCheckable(true);
+        group->addAction(a);
+    }
+
+    QMenu* cl = popup(QStringLiteral("mnuCl"), QStringLiteral("nascosto clip"));
+    addCommand(cl, QStringLiteral("mnuClipOpzioni"), QStringLiteral("&Opzioni appunti...                                      "),
+               {}, none, [this] { opzioniAppunti(); });
+    addCommand(cl, QStringLiteral("mnuClipNascondi"), QStringLiteral("&Nascondi"), {}, none, [this] { appunti(); });
+
+    QMenu* in = popup(QStringLiteral("mnuIn"), QStringLiteral("incolla"));
+    addCommand(in, QStringLiteral("mnuincolla"), QStringLiteral("&Incolla"), QStringLiteral("edit-paste"), none,
+               [this] { INco(QString()); });
 }
 
 void MainWindow::buildStatusBar()
 {
     QStatusBar* bar = statusBar();
+    bar->setObjectName(QStringLiteral("sbStatusBar"));
     bar->setSizeGripEnabled(true);
-    for (int i = 0; i < kFirstPanels; ++i)
-        statusPanel(i);
+    for (int i = 0; i < kPanels; ++i) {
+        auto* label = new QLabel(bar);
+        label->setObjectName(QStringLiteral("panel%1").arg(i));
+        label->setTextInteractionFlags(Qt::NoTextInteraction);
+        label->setContentsMargins(4, 0, 4, 0);
+        if (i == kLinePanel) {
+            label->setMinimumWidth(150);
+            bar->addPermanentWidget(label);
+        } else {
+            bar->addWidget(label, i == kDocumentPanel ? 1 : 0);
+        }
+        panels_.append(label);
+    }
+    // The free panel shows only when something is said there.
+    panels_[0]->hide();
 
     progress_ = new QWidget(bar);
     progress_->setObjectName(QStringLiteral("PiCPRoW"));
@@ -134,22 +717,197 @@ void MainWindow::buildStatusBar()
 
 QLabel* MainWindow::statusPanel(int index) const
 {
-    if (index < 0)
-        return nullptr;
-    // Panels come into being as the program names them, each right of the
-    // one before; the document's panel takes the room that is left.
-    auto* self = const_cast<MainWindow*>(this);
-    while (panels_.size() <= index) {
-        const int i = int(panels_.size());
-        auto* label = new QLabel(self->statusBar());
-        label->setObjectName(QStringLiteral("panel%1").arg(i));
-        label->setMinimumWidth(i == kDocumentPanel ? 200 : 130);
-        label->setTextInteractionFlags(Qt::NoTextInteraction);
-        self->statusBar()->addWidget(label, i == kDocumentPanel ? 1 : 0);
-        self->panels_.append(label);
-    }
-    return panels_.at(index);
+    return index >= 0 && index < panels_.size() ? panels_.at(index) : nullptr;
 }
+
+// ---------------------------------------------------------------- start
+
+void MainWindow::Form_Load(const QString& commandLine, const std::function<void(const QString&)>& splash)
+{
+    auto say = [&](const char* text) {
+        if (splash)
+            splash(QString::fromUtf8(text));
+    };
+    // Each step that fails is passed over; the window opens all the same.
+    auto step = [](auto&& f) {
+        try {
+            f();
+        } catch (const std::exception&) {
+        }
+    };
+    SettingsStore& s = ctx_.settings();
+
+    say("Impostazione casella di testo...");
+    // The page margins are read by the page setup when it comes.
+    step([&] {
+        if (logic_.autosaveMinutes() != 0)
+            startAutosave();
+    });
+    // Menu style: "Office 2000" draws its menus without pictures.
+    step([&] {
+        const bool plain = s.leggiReg(kApp, QStringLiteral("Menu"), QStringLiteral("Stile"), QStringLiteral("Office XP"))
+                           == QLatin1String("Office 2000");
+        for (QAction* a : std::as_const(actions_))
+            a->setIconVisibleInMenu(!plain);
+    });
+    step([&] { readToolbars(); });
+    step([&] {
+        const bool ruler = logic_.rulerShown();
+        if (QAction* a = action(QStringLiteral("mnuRighello")))
+            a->setChecked(ruler);
+        const bool page =
+            s.leggiReg(kApp, QStringLiteral("TipoVis"), QStringLiteral("1")) == QLatin1String("False");
+        action(page ? QStringLiteral("mnuVisPagina") : QStringLiteral("mnuVisNormale"))->setChecked(true);
+    });
+    step([&] {
+        logic_.seedGuideKey();
+        updateHelpEntries();
+    });
+    say("Caricamento controlli...");
+    step([&] { fillFontControls(); });
+    say("Caricamento opzioni...");
+    say("Caricamento completato");
+    step([&] {
+        logic_.readUndoFlag();
+        action(QStringLiteral("mnuDisabilitaAnnulla"))->setChecked(ctx_.undo().annullaOff());
+    });
+    step([&] {
+        logic_.writeProgramFolder();
+        ctx_.undo().clear();
+    });
+    step([&] { caricaRecenti(); });
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+    step([&] { action(QStringLiteral("mnuParNessuno"))->setChecked(true); });
+    step([&] { ctx_.document().Novo(0); });
+    step([&] { ctx_.openAtStart(commandLine); });
+    step([&] {
+        // The clipboard panel itself comes with its own feature.
+        action(QStringLiteral("mnuAppunti"))->setChecked(logic_.clipboardPanelShown());
+    });
+    step([&] {
+        aggText();
+        Conalinee();
+    });
+    step([&] { logic_.writeVersionFile(QCoreApplication::applicationVersion()); });
+    step([&] { CmeN(); });
+    ctx_.document().lenSalvata = float(ctx_.testo().length());
+    if (unquotePath(commandLine).isEmpty())
+        showStartPanel();
+    step([&] {
+        if (s.leggiReg(kApp, QStringLiteral("Tast"), QStringLiteral("1")) == QLatin1String("True"))
+            TasTiER();
+    });
+}
+
+void MainWindow::fillFontControls()
+{
+    const SettingsStore& s = ctx_.settings();
+    syncing_ = true;
+    cbFont_->setCurrentFont(QFont(s.leggiReg(kApp, QStringLiteral("Font"), QStringLiteral("1"), QStringLiteral("Tahoma"))));
+    cbDim_->setCurrentText(s.leggiReg(kApp, QStringLiteral("Font"), QStringLiteral("2"), QStringLiteral("10")));
+    syncing_ = false;
+}
+
+void MainWindow::updateHelpEntries()
+{
+    action(QStringLiteral("mnuGuida"))->setEnabled(!logic_.guidePath().isEmpty());
+    action(QStringLiteral("mnuAggiornamento"))->setEnabled(!logic_.updaterPath().isEmpty());
+}
+
+void MainWindow::readToolbars()
+{
+    ToolbarPlace places[2];
+    for (int i = 0; i < 2; ++i) {
+        places[i] = logic_.readToolbar(i);
+        t_[i]->setVisible(places[i].visible);
+        action(i == 0 ? QStringLiteral("mnuBarraStandard") : QStringLiteral("mnuBarraFormattazione"))
+            ->setChecked(places[i].visible);
+    }
+    // The toolbars stand in rows at the top: two left on the same row share
+    // one, in the order of their left edges; otherwise each has its own.
+    const bool known = !ctx_.settings().leggiReg(kApp, FrmMainLogic::toolbarSection(1), QStringLiteral("2")).isEmpty();
+    if (known && places[0].top == places[1].top) {
+        removeToolBarBreak(t_[1]);
+        if (places[1].left < places[0].left) {
+            removeToolBar(t_[1]);
+            insertToolBar(t_[0], t_[1]);
+            t_[1]->show();
+            t_[1]->setVisible(places[1].visible);
+        }
+    }
+}
+
+void MainWindow::writeToolbars()
+{
+    for (int i = 0; i < 2; ++i) {
+        ToolbarPlace p;
+        p.visible = !t_[i]->isHidden();
+        p.top = t_[i]->y() * kTwipsPerPixel;
+        p.left = t_[i]->x() * kTwipsPerPixel;
+        logic_.writeToolbar(i, p);
+    }
+}
+
+// Hooks for features built beside the window.
+void MainWindow::caricaRecenti()
+{
+    // The recent files fill recentEntry(0..4) and show them.
+}
+
+void MainWindow::showStartPanel()
+{
+    // The start panel frmAv opens here when the options ask for it.
+}
+
+void MainWindow::startAutosave()
+{
+    // The autosave timer TimAuTO starts here with the interval of "Salva".
+    toolButton(1, kAutosaveButton)->setChecked(true);
+}
+
+void MainWindow::exitSave()
+{
+    // The exit save into the recovery folder runs here.
+}
+
+void MainWindow::showKeyboard(bool shown)
+{
+    // The on-screen keyboard is shown or hidden here.
+    keyboardShown_ = shown;
+}
+
+// ---------------------------------------------------------------- close
+
+bool MainWindow::QueryUnload()
+{
+    const CloseAnswer answer = logic_.QueryUnload();
+    if (answer == CloseAnswer::Cancel)
+        return false;
+    if (answer == CloseAnswer::Close) {
+        writeToolbars();
+        exitSave();
+    }
+    logic_.clearForClose();
+    CmeN();
+    // The other windows go with the main one.
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (w != this && w->isVisible() && w->objectName() != QLatin1String("frmMain") && !qobject_cast<QMenu*>(w))
+            w->close();
+    }
+    return true;
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    if (!QueryUnload()) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+}
+
+// ---------------------------------------------------------------- frame
 
 void MainWindow::setCaption(const QString& caption)
 {
@@ -158,8 +916,11 @@ void MainWindow::setCaption(const QString& caption)
 
 void MainWindow::setStatusPanel(int index, const QString& text)
 {
-    if (QLabel* panel = statusPanel(index))
+    if (QLabel* panel = statusPanel(index)) {
         panel->setText(text);
+        if (index == 0)
+            panel->setVisible(!text.isEmpty());
+    }
 }
 
 void MainWindow::showProgress(const QString& text, int percent)
@@ -179,23 +940,7 @@ void MainWindow::processEvents()
     QCoreApplication::processEvents();
 }
 
-// The clipboard commands go through the surface, whose clipboard carries RTF.
-void MainWindow::CopYa()
-{
-    ctx_.testo().Copy();
-}
-
-void MainWindow::INco(const QString& /*how*/)
-{
-    ctx_.testo().Paste();
-}
-
-void MainWindow::TaGl()
-{
-    ctx_.testo().Cut();
-}
-
-void MainWindow::runCommand(const std::function<void()>& command)
+void MainWindow::runCommand(const std::function<void()>& command, bool thenCmeN)
 {
     try {
         command();
@@ -203,39 +948,400 @@ void MainWindow::runCommand(const std::function<void()>& command)
         ctx_.document().mostraMsg(QStringLiteral("Errore"),
                                   QStringLiteral("Errore inaspettato!\n") + QString::fromUtf8(e.what()), 0, 3);
     }
+    if (thenCmeN)
+        CmeN();
     if (!isVisible())
         return;
     ctx_.testo().SetFocus();
 }
 
-bool MainWindow::confirmClose()
+// ---------------------------------------------------------------- controls follow the document
+
+void MainWindow::CmeN()
 {
-    Document& doc = ctx_.document();
-    if (!doc.fileCambiato())
-        return true;
-    const QString answer = doc.mostraMsg(QStringLiteral("Salva"),
-                                         QStringLiteral("Il file è stato modificato. Vuoi salvare le modifiche?"), 3, 0);
-    if (answer == QLatin1String("an"))
-        return false;
-    if (answer != QLatin1String("si"))
-        return true;
-    try {
-        doc.Salvare(QString());
-    } catch (const std::exception& e) {
-        doc.mostraMsg(QStringLiteral("Errore"), QStringLiteral("Errore inaspettato!\n") + QString::fromUtf8(e.what()), 0, 3);
-        return false;
-    }
-    // A save dialog given up leaves the work unsaved: the window stays.
-    return !doc.fileCambiato();
+    ctx_.undo().CmeN();
 }
 
-void MainWindow::closeEvent(QCloseEvent* event)
+void MainWindow::showUndoState(const UndoCommands& state)
 {
-    if (!confirmClose()) {
-        event->ignore();
+    const std::pair<const CommandState*, QString> entries[] = {{&state.annulla, QStringLiteral("mnuAnnulla")},
+                                                               {&state.ripristina, QStringLiteral("mnuRipristina")}};
+    for (int i = 0; i < 2; ++i) {
+        const auto& [cmd, name] = entries[i];
+        QAction* a = action(name);
+        if (!cmd->caption.isEmpty())
+            a->setText(cmd->caption);
+        a->setEnabled(cmd->enabled);
+        toolButton(0, 13 + i)->setEnabled(cmd->enabled);
+    }
+}
+
+void MainWindow::Conalinee()
+{
+    setStatusPanel(kLinePanel, logic_.Conalinee());
+    allineaBottoni();
+}
+
+void MainWindow::aggText()
+{
+    const FormatControls c = logic_.aggText();
+    syncing_ = true;
+    if (c.font && cbFont_->currentText() != *c.font)
+        cbFont_->setCurrentFont(QFont(*c.font));
+    if (cbDim_->currentText() != c.size)
+        cbDim_->setCurrentText(c.size);
+    showColour(cmbC_[0], c.textColour);
+    showColour(cmbC_[1], c.highlightColour);
+    const RichTextSurface& t = ctx_.testo();
+    const std::pair<int, std::optional<bool>> toggles[] = {
+        {6, t.SelBold()}, {7, t.SelItalic()}, {8, t.SelUnderline()}, {9, t.SelStrikeThru()}};
+    for (const auto& [i, on] : toggles)
+        buttons_[1][i]->setChecked(on.value_or(false));
+    const bool bullet = t.SelBullet().value_or(false);
+    action(QStringLiteral("mnuParStandard"))->setChecked(bullet);
+    action(QStringLiteral("mnuParNessuno"))->setChecked(!bullet);
+    syncing_ = false;
+    allineaBottoni();
+}
+
+void MainWindow::allineaBottoni()
+{
+    const std::optional<int> a = logic_.alignment();
+    const std::pair<int, int> entries[] = {{0, 13}, {2, 14}, {1, 15}};
+    const QString names[] = {QStringLiteral("mnuSinistra"), QStringLiteral("mnuCentrato"), QStringLiteral("mnuDestra")};
+    for (int i = 0; i < 3; ++i) {
+        const bool on = a == entries[i].first;
+        buttons_[1][entries[i].second]->setChecked(on);
+        QAction* entry = action(names[i]);
+        // An exclusive group keeps one checked; a mixed selection has none.
+        if (entry->actionGroup())
+            entry->actionGroup()->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
+        entry->setChecked(on);
+    }
+}
+
+void MainWindow::onMouseDown(int button)
+{
+    if (button != 2)
+        return;
+    const ContextMenuState s = logic_.contextMenu();
+    if (s.menu == ContextMenuState::Menu::None)
+        return;
+    if (s.menu == ContextMenuState::Menu::Picture) {
+        popups_.value(QStringLiteral("mnuImma"))->popup(QCursor::pos());
         return;
     }
-    event->accept();
+    for (const char* name : {"mnumnEsegui", "mnumnTaglia", "mnumnCopia", "mnuSpcFormattazione"})
+        action(QString::fromLatin1(name))->setEnabled(s.selectionCommands);
+    popups_.value(QStringLiteral("mnu"))->popup(QCursor::pos());
+}
+
+// ---------------------------------------------------------------- procedures
+
+void MainWindow::Novo(int mostraAvvio)
+{
+    ctx_.document().Novo(mostraAvvio);
+}
+
+void MainWindow::nuovaSessione()
+{
+    ctx_.document().nuovaSessione();
+}
+
+void MainWindow::Aprii(const QString& path)
+{
+    ctx_.document().Aprii(path);
+}
+
+void MainWindow::Salvare(const QString& path)
+{
+    ctx_.document().Salvare(path);
+}
+
+void MainWindow::SalvareN()
+{
+    ctx_.document().SalvareN();
+}
+
+void MainWindow::DelFile()
+{
+    ctx_.document().DelFile();
+}
+
+void MainWindow::pROP()
+{
+    ctx_.document().pROP();
+}
+
+void MainWindow::RecENt(const QString& caption)
+{
+    ctx_.document().RecENt(caption);
+}
+
+void MainWindow::esci()
+{
+    close();
+}
+
+void MainWindow::disabilitaAnnulla()
+{
+    ctx_.undo().disabilitaAnnulla(ctx_.settings());
+    action(QStringLiteral("mnuDisabilitaAnnulla"))->setChecked(ctx_.undo().annullaOff());
+}
+
+void MainWindow::UnDoo()
+{
+    ctx_.undo().UnDoo();
+}
+
+void MainWindow::RedOO()
+{
+    ctx_.undo().RedOO();
+}
+
+// The clipboard commands go through the surface, whose clipboard carries RTF.
+void MainWindow::CopYa()
+{
+    ctx_.testo().Copy();
+}
+
+void MainWindow::copiaSoloTesto()
+{
+    logic_.copiaSoloTesto();
+}
+
+void MainWindow::INco(const QString& how)
+{
+    logic_.INco(how);
+    aggText();
+}
+
+void MainWindow::TaGl()
+{
+    ctx_.undo().unDO();
+    ctx_.testo().Cut();
+}
+
+void MainWindow::DeleteSelectedText()
+{
+    if (ctx_.testo().SelLength() == 0)
+        return;
+    ctx_.undo().unDO();
+    ctx_.testo().setSelText(QString());
+}
+
+void MainWindow::appunti()
+{
+    // The clipboard panel is shown or hidden here.
+}
+
+void MainWindow::opzioniAppunti()
+{
+    // The clipboard panel's options.
+}
+
+void MainWindow::selezionaRiga()
+{
+    logic_.selectLine();
+}
+
+void MainWindow::selezionaTutto()
+{
+    logic_.selectAll();
+}
+
+void MainWindow::FindA()
+{
+    // The find window.
+}
+
+void MainWindow::maiuscoleF2()
+{
+    ctx_.document().mostraMsg(QString(), QString(), 0, 0);
+}
+
+void MainWindow::inserisciData()
+{
+    logic_.insertDate();
+}
+
+void MainWindow::eseguiSelezione()
+{
+    logic_.eseguiSelezione();
+}
+
+void MainWindow::CorrEzionE()
+{
+    // The text correction.
+}
+
+void MainWindow::chooseFont()
+{
+    logic_.chooseFont();
+    aggText();
+}
+
+void MainWindow::coloreTesto()
+{
+    logic_.chooseTextColour();
+    aggText();
+}
+
+void MainWindow::coloreSfondo()
+{
+    logic_.chooseBackColour();
+}
+
+void MainWindow::Clic(int code)
+{
+    logic_.Clic(code);
+    aggText();
+}
+
+void MainWindow::setAlignment(int alignment)
+{
+    logic_.setAlignment(alignment);
+    allineaBottoni();
+}
+
+void MainWindow::setCharOffset(int twips)
+{
+    logic_.setCharOffset(twips);
+}
+
+void MainWindow::paragrafoPuntato()
+{
+    logic_.toggleBullet();
+    aggText();
+}
+
+void MainWindow::nessunPuntato()
+{
+    if (ctx_.testo().SelBullet().value_or(true))
+        logic_.toggleBullet();
+    aggText();
+}
+
+void MainWindow::SelVisible()
+{
+    // Hides the selected text through the format engine.
+}
+
+void MainWindow::HiddenTextShow()
+{
+    // Shows the hidden text again through the format engine.
+}
+
+void MainWindow::salvaImmagine()
+{
+    // The picture under the caret saved to a file.
+}
+
+void MainWindow::proprietaImmagine()
+{
+    // The picture's properties.
+}
+
+void MainWindow::toggleToolbar(int bar)
+{
+    const bool on = t_[bar]->isHidden();
+    t_[bar]->setVisible(on);
+    action(bar == 0 ? QStringLiteral("mnuBarraStandard") : QStringLiteral("mnuBarraFormattazione"))->setChecked(on);
+    ToolbarPlace p = logic_.readToolbar(bar);
+    p.visible = on;
+    logic_.writeToolbar(bar, p);
+}
+
+void MainWindow::toggleRuler()
+{
+    // The ruler itself follows the key when the page view shows it.
+    const bool on = !logic_.rulerShown();
+    logic_.setRulerShown(on);
+    action(QStringLiteral("mnuRighello"))->setChecked(on);
+}
+
+void MainWindow::setViewKind(bool page)
+{
+    // "False" is the page view, anything else the normal one.
+    ctx_.settings().scriviReg(kApp, QStringLiteral("TipoVis"), QStringLiteral("1"),
+                              page ? QStringLiteral("False") : QStringLiteral("True"));
+    action(page ? QStringLiteral("mnuVisPagina") : QStringLiteral("mnuVisNormale"))->setChecked(true);
+}
+
+void MainWindow::zoom(const QString& /*level*/)
+{
+    // The zoom of the text.
+}
+
+void MainWindow::TasTiER()
+{
+    const bool on = !keyboardShown_;
+    showKeyboard(on);
+    keyboardShown_ = on;
+    ctx_.settings().scriviReg(kApp, QStringLiteral("Tast"), QStringLiteral("1"),
+                              on ? QStringLiteral("True") : QStringLiteral("False"));
+    action(QStringLiteral("mnuTastiera"))->setChecked(on);
+    toolButton(0, 26)->setChecked(on);
+}
+
+void MainWindow::CripT() {}
+void MainWindow::DeCripT() {}
+void MainWindow::cifraturaDocumento() {}
+void MainWindow::cifraDocumentoCorrente() {}
+
+void MainWindow::sarbena()
+{
+    logic_.startProgram(QStringLiteral("sarbena.exe"));
+}
+
+void MainWindow::guida()
+{
+    logic_.openGuide();
+}
+
+void MainWindow::aggiornamento()
+{
+    logic_.startUpdater();
+}
+
+void MainWindow::DeBugG()
+{
+    // The error report.
+}
+
+void MainWindow::sitoWeb()
+{
+    logic_.openSite();
+}
+
+void MainWindow::informazioni()
+{
+    logic_.startProgram(QStringLiteral("about.exe"));
+}
+
+void MainWindow::autosaveToggled(bool /*on*/)
+{
+    // The autosave timer is switched on or off here.
+}
+
+void MainWindow::showWindow(Window window)
+{
+    if (registry_.open(window, WindowHost{ctx_, this, *this}))
+        return;
+    if (window == Window::frmCor) {
+        FrmCor dialog(ctx_.settings(), this);
+        dialog.exec();
+    }
+}
+
+void MainWindow::AntEP()
+{
+    // The print preview.
+}
+
+void MainWindow::showForm1()
+{
+    showWindow(Window::Form1);
 }
 
 }  // namespace tornelia

@@ -19,6 +19,13 @@
 
 // Failures print strings as text.
 inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
+inline void PrintTo(const QStringList& l, std::ostream* os)
+{
+    *os << "{ ";
+    for (const QString& s : l)
+        *os << '"' << s.toStdString() << "\", ";
+    *os << '}';
+}
 
 namespace tornelia::testing {
 
@@ -55,9 +62,21 @@ public:
         return savePath;
     }
     std::optional<QString> chooseFolder(const QString&) override { return std::nullopt; }
-    std::optional<FontChoice> chooseFont(const FontChoice&) override { return std::nullopt; }
-    std::optional<std::uint32_t> chooseColour(std::uint32_t) override { return std::nullopt; }
+    std::optional<FontChoice> chooseFont(const FontChoice& initial) override
+    {
+        fontSeeds.append(initial);
+        return font;
+    }
+    std::optional<std::uint32_t> chooseColour(std::uint32_t initial) override
+    {
+        colourSeeds.append(initial);
+        return colour;
+    }
     std::optional<QString> openPath;
+    std::optional<FontChoice> font;
+    std::optional<std::uint32_t> colour;
+    QList<FontChoice> fontSeeds;
+    QList<std::uint32_t> colourSeeds;
     std::optional<QString> savePath;
 };
 
@@ -72,6 +91,7 @@ struct TestContext {
         context = std::make_unique<AppContext>(
             Ports{std::move(m), std::move(d), std::make_unique<ScriptedShellPort>()},
             folder.filePath(QStringLiteral("settings")));
+        context->setDataFolder(folder.filePath(QStringLiteral("data")));
     }
     QTemporaryDir folder;
     AnsweringMessagePort* messages = nullptr;
