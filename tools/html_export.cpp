@@ -49,7 +49,12 @@ QString RichToHTML(RichTextSurface& rtb, long first, long last)
             default: break;
             }
         }
-        const QString text = rtb.SelText();
+        QString text = rtb.SelText();
+        // The surface cannot select half of a paragraph break: both its
+        // positions give an empty selection. The break goes into the HTML
+        // as the text has it, and only the end of the text gives "<br>".
+        if (text.isEmpty() && i < rtb.length())
+            text = rtb.Text().mid(i, 1);
         if (text.isEmpty())
             html += QLatin1String("<br>");
         toggle(rtb.SelBold(), lastBold, "<b>", "</b>");
