@@ -334,11 +334,15 @@ void StyleStore::appliC(const QString& name, bool fromMain)
         return;
     }
     if (!name.isEmpty() && !list1_.isEmpty()) {
-        // The last entry of that name wins.
+        // The last entry of that name wins; picking it fills the controls,
+        // as a click on the list does.
+        int found = -1;
         for (int i = 0; i < list1_.size(); ++i) {
             if (list1_.at(i) == name)
-                selected_ = i;
+                found = i;
         }
+        if (found >= 0)
+            select(found);
     }
     const int i = selected_;
     if (i < 0 || i >= kStyleSlots)
