@@ -6,6 +6,7 @@
 #include "app/scripted_ports.h"
 #include "core/run_dump.h"
 #include "macro/interpreter.h"
+#include "tools/html_export.h"
 
 #include <QApplication>
 #include <QDir>
@@ -116,7 +117,10 @@ int runHeadless(const CommandLine& cl)
     }
     const int kind = cl.format == QLatin1String("txt") ? RichTextSurface::TextKind : RichTextSurface::RtfKind;
     try {
-        ctx.testo().SaveFile(out, kind);
+        if (cl.format == QLatin1String("html"))
+            saveHtmlFile(out, htmlPage(doc.nomeFile, RichToHTML(ctx.testo())));
+        else
+            ctx.testo().SaveFile(out, kind);
     } catch (const SurfaceError& e) {
         fail(QStringLiteral("impossibile scrivere ") + out + QStringLiteral(": ") + QString::fromUtf8(e.what()));
         return 1;
@@ -279,13 +283,13 @@ QString usageText()
 {
     return QStringLiteral(
         "Uso: tornelia [FILE]\n"
-        "     tornelia --convert-to rtf|tnl|txt FILE [-o USCITA]\n"
+        "     tornelia --convert-to rtf|tnl|txt|html FILE [-o USCITA]\n"
         "     tornelia --dump-runs FILE\n"
         "     tornelia --run-macro MACRO FILE [-o USCITA]\n"
         "     tornelia --help\n"
         "\n"
         "  FILE                   il documento da aprire nella finestra\n"
-        "  --convert-to FORMATO   converte FILE in rtf, tnl o txt senza aprire finestre;\n"
+        "  --convert-to FORMATO   converte FILE in rtf, tnl, txt o html senza finestre;\n"
         "                         senza -o scrive il nome di FILE con la nuova\n"
         "                         estensione nella cartella corrente\n"
         "  -o, --output USCITA    il file da scrivere\n"
@@ -327,7 +331,7 @@ CommandLine parseCommandLine(const QStringList& args)
                 cl.format = a.section(u'=', 1);
             } else {
                 if (i + 1 >= args.size())
-                    return bad(QStringLiteral("--convert-to vuole un formato: rtf, tnl o txt"));
+                    return bad(QStringLiteral("--convert-to vuole un formato: rtf, tnl, txt o html"));
                 cl.format = args.at(++i);
             }
         } else if (a == QLatin1String("--dump-runs")) {
@@ -375,9 +379,9 @@ CommandLine parseCommandLine(const QStringList& args)
         if (convert) {
             cl.format = cl.format.toLower();
             if (cl.format != QLatin1String("rtf") && cl.format != QLatin1String("tnl") &&
-                cl.format != QLatin1String("txt"))
+                cl.format != QLatin1String("txt") && cl.format != QLatin1String("html"))
                 return bad(QStringLiteral("formato sconosciuto: ") + cl.format +
-                           QStringLiteral(" (rtf, tnl o txt)"));
+                           QStringLiteral(" (rtf, tnl, txt o html)"));
             cl.mode = CommandLine::Mode::Convert;
         } else {
             cl.mode = CommandLine::Mode::DumpRuns;

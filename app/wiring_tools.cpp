@@ -1,6 +1,7 @@
-#include "app/window_registry.h"
-
 #include "app/app_context.h"
+#include "app/window_registry.h"
+#include "tools/frm_htm.h"
+#include "tools/frm_st.h"
 #include "tools/frm_cic.h"
 #include "tools/frm_fontt.h"
 #include "tools/frm_form3.h"
@@ -18,6 +19,13 @@ void registerToolsWindows(WindowRegistry& registry)
     registry.add(Window::frmcic, [](const WindowHost& h) { showFrmCic(h.context.testo(), &h.context.undo(), h.context.messages(), h.owner); });
     registry.add(Window::form3, [](const WindowHost& h) { showForm3(h.context.testo(), h.owner); });
     registry.add(Window::Fontt, [](const WindowHost& h) { showFontt(h.context.testo(), h.owner); });
+    registry.add(Window::FrmSt, [](const WindowHost& h) {
+        AppContext& c = h.context;
+        StyleService::instance(c.testo(), c.settings(), c.messages(), c.dialogs(), c.undo()).show(h.owner);
+    });
+    registry.add(Window::frmHTM, [](const WindowHost& h) {
+        showFrmHTM(h.context.testo(), h.context.document(), h.context.dialogs(), h.context.messages(), h.owner);
+    });
 }
 
 }  // namespace tornelia

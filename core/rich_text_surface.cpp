@@ -349,6 +349,18 @@ std::optional<T> RichTextSurface::charProperty(Get get) const
         return get(insertionFormat());
     const int from = cursor_.selectionStart();
     const int to = cursor_.selectionEnd();
+    // One character that is not a paragraph mark: its own format, looked up
+    // directly. Walks through the text read every character so, and going
+    // through the paragraph's runs from its start each time would make them
+    // quadratic in a paragraph of many runs.
+    if (to - from == 1) {
+        const QTextBlock b = doc_->findBlock(from);
+        if (from < b.position() + b.length() - 1) {
+            QTextCursor c(doc_);
+            c.setPosition(to);
+            return get(c.charFormat());
+        }
+    }
     std::optional<T> value;
     for (QTextBlock b = doc_->findBlock(from); b.isValid() && b.position() < to; b = b.next()) {
         for (auto it = b.begin(); !it.atEnd(); ++it) {
