@@ -10,6 +10,13 @@
 
 #include <deque>
 #include <optional>
+#include <ostream>
+
+// Failures show the RTF as text, with its line ends visible.
+inline void PrintTo(const QString& s, std::ostream* os)
+{
+    *os << '"' << QString(s).replace(QLatin1String("\r"), QLatin1String("\\r")).replace(QLatin1String("\n"), QLatin1String("\\n")).toStdString() << '"';
+}
 
 namespace tornelia::test {
 
