@@ -79,6 +79,28 @@ TEST_F(Engine, EveryUnderlineToggleOnAndOffGivesBackTheStream)
     }
 }
 
+TEST_F(Engine, CharacterTogglesOfTheLooksEngineGiveBackTheStream)
+{
+    const QString original = surface.TextRTF();
+    for (const QString word : {"\\b", "\\i", "\\strike", "\\caps", "\\v"}) {
+        select(surface, 9, 13);  // "tre  perchè c": a double blank, red, an escape
+        const QString selected = surface.SelRTF();
+        EXPECT_TRUE(looks.ToggleWord(word));
+        select(surface, 9, 13);
+        EXPECT_TRUE(surface.SelRTF().contains(QLatin1String("\\pard") + word + QLatin1String("\\f0\\fs20 tre  ")))
+            << qPrintable(surface.SelRTF());
+        EXPECT_FALSE(looks.ToggleWord(word));
+        EXPECT_EQ(surface.SelRTF(), selected) << qPrintable(word);
+        EXPECT_EQ(surface.TextRTF(), original) << qPrintable(word);
+    }
+    // Where the selection holds the word already, the first toggle takes it
+    // off: "due" loses its bold.
+    select(surface, 0, 8);
+    EXPECT_FALSE(looks.ToggleWord(QStringLiteral("\\b")));
+    select(surface, 4, 3);
+    EXPECT_EQ(surface.SelBold(), std::optional<bool>(false));
+}
+
 TEST_F(Engine, ToggleWritesTheWordOverTheWholeSelection)
 {
     select(surface, 4, 14);  // "due  tre  perc"
