@@ -29,14 +29,48 @@ QColor inkOf(const QTextCharFormat& f)
 
 }  // namespace
 
-FormatPainter::FormatPainter(QTextDocument* doc, QObject* parent) : QSyntaxHighlighter(parent)
+FormatPainter::FormatPainter(QTextDocument* doc, QObject* parent) : QObject(parent), doc_(doc)
 {
-    setDocument(doc);
+    connect(doc_, &QTextDocument::contentsChange, this, &FormatPainter::onContentsChange);
+    connect(doc_, &QObject::destroyed, this, [this] { doc_ = nullptr; });
+    refresh();
 }
 
-void FormatPainter::highlightBlock(const QString& text)
+FormatPainter::~FormatPainter()
 {
-    const QTextBlock block = currentBlock();
+    if (!doc_)
+        return;
+    for (QTextBlock b = doc_->begin(); b.isValid(); b = b.next())
+        if (b.layout())
+            b.layout()->clearFormats();
+    doc_->markContentsDirty(0, doc_->characterCount());
+}
+
+void FormatPainter::refresh()
+{
+    for (QTextBlock b = doc_->begin(); b.isValid(); b = b.next())
+        if (b.layout())
+            b.layout()->setFormats(displayFormats(b));
+    doc_->markContentsDirty(0, doc_->characterCount());
+}
+
+void FormatPainter::onContentsChange(int from, int /*removed*/, int added)
+{
+    // Inside the document's own change: the layout lays out this range
+    // right after, with the formats set here.
+    const QTextBlock last = doc_->findBlock(from + added);
+    for (QTextBlock b = doc_->findBlock(from); b.isValid(); b = b.next()) {
+        if (b.layout())
+            b.layout()->setFormats(displayFormats(b));
+        if (b == last)
+            break;
+    }
+}
+
+QList<QTextLayout::FormatRange> FormatPainter::displayFormats(const QTextBlock& block)
+{
+    QList<QTextLayout::FormatRange> ranges;
+    const QString text = block.text();
     for (auto it = block.begin(); !it.atEnd(); ++it) {
         const QTextFragment frag = it.fragment();
         const QTextCharFormat f = frag.charFormat();
@@ -49,13 +83,11 @@ void FormatPainter::highlightBlock(const QString& text)
             // none on the screen.
             QTextCharFormat gone;
             gone.setProperty(QTextFormat::FontPixelSize, 1);
-            gone.setFontLetterSpacingType(QFont::AbsoluteSpacing);
-            gone.setFontLetterSpacing(0);
             gone.setForeground(Qt::transparent);
             gone.setBackground(Qt::transparent);
             gone.setFontUnderline(false);
             gone.setFontStrikeOut(false);
-            setFormat(start, length, gone);
+            ranges.append({start, length, gone});
             continue;
         }
         QTextCharFormat shown;
@@ -73,16 +105,28 @@ void FormatPainter::highlightBlock(const QString& text)
             shown.setBaselineOffset(half / 2.0 / points * 100.0);
             any = true;
         }
-        if (any)
-            setFormat(start, length, shown);
         if (kind == UnderlineKind::Word) {
+            // The blanks go bare; the words between keep the line.
             QTextCharFormat blank = shown;
             blank.setFontUnderline(false);
-            for (int i = start; i < start + length && i < text.size(); ++i)
-                if (text[i].isSpace())
-                    setFormat(i, 1, blank);
+            int runStart = start;
+            for (int i = start; i <= start + length; ++i) {
+                const bool end = i == start + length || i >= text.size();
+                if (end || text[i].isSpace()) {
+                    if (i > runStart && any)
+                        ranges.append({runStart, i - runStart, shown});
+                    if (end)
+                        break;
+                    ranges.append({i, 1, blank});
+                    runStart = i + 1;
+                }
+            }
+            continue;
         }
+        if (any)
+            ranges.append({start, length, shown});
     }
+    return ranges;
 }
 
 void FormatPainter::paintOverlay(QPainter* painter, const QTextDocument* doc, const QRectF& exposed)

@@ -13,6 +13,7 @@
 #include <QApplication>
 #include <QGraphicsTextItem>
 #include <QImage>
+#include "controls/format_painter.h"
 #include <QTextBlock>
 #include <QTextLayout>
 
@@ -142,4 +143,24 @@ TEST_F(View, EveryFormatTheEngineWritesIsShown)
     // The highlight's yellow stands behind its word.
     const QRectF lit = wordBox("highlight");
     EXPECT_EQ(shot.pixel(int(lit.left()) + 1, int(lit.top()) + 2), qRgb(255, 255, 0));
+}
+
+TEST_F(View, ShowingChangesNothingInTheDocument)
+{
+    const QString rtf = surface.TextRTF();
+    int changes = 0;
+    QObject::connect(&surface, &RichTextSurface::Change, [&] { ++changes; });
+    auto* painter = view.findChild<FormatPainter*>();
+    ASSERT_NE(painter, nullptr);
+    painter->refresh();
+    grab();
+    EXPECT_EQ(changes, 0);
+    EXPECT_EQ(surface.TextRTF(), rtf);
+    // Typing raises one Change, as without the view, and what is typed into
+    // a hidden word is hidden too.
+    select(surface, surface.Text().indexOf("HIDDEN") + 3, 0);
+    surface.typeText(QStringLiteral("x"));
+    EXPECT_EQ(changes, 1);
+    grab();
+    EXPECT_LT(wordBox("HIDxDEN").width(), 9);
 }
