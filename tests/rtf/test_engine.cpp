@@ -76,6 +76,16 @@ TEST_F(Engine, EveryUnderlineToggleOnAndOffGivesBackTheStream)
         (extended.*set)(true);
         EXPECT_EQ(surface.SelRTF(), selected) << qPrintable(word);
         EXPECT_EQ(surface.TextRTF(), original) << qPrintable(word);
+
+        // Across the paragraph break: the word reaches the next paragraph.
+        select(surface, 22, 11);
+        (extended.*set)(true);
+        select(surface, 30, 3);
+        const std::optional<UnderlineKind> kind = surface.SelUnderlineKind();
+        EXPECT_TRUE(kind.has_value() && *kind != UnderlineKind::None) << qPrintable(word);
+        select(surface, 22, 11);
+        (extended.*set)(true);
+        EXPECT_EQ(surface.TextRTF(), original) << qPrintable(word);
     }
 }
 
