@@ -6,6 +6,33 @@ namespace tornelia {
 
 using namespace rtfkit;
 
+namespace {
+
+// True when the bit's last token is a control word, whose delimiter is the
+// blank the bit was split at. Behind an escape ("\'e8", "\u8364?", "\{")
+// or a brace that blank is text, and a word appended there would take it.
+bool endsWithControlWord(const QString& bit)
+{
+    qsizetype i = bit.size();
+    while (i > 0 && bit[i - 1].isDigit())
+        --i;
+    if (i > 0 && i < bit.size() && bit[i - 1] == u'-')
+        --i;
+    const qsizetype letters = i;
+    while (i > 0 && bit[i - 1].isLetter() && bit[i - 1].unicode() < 128)
+        --i;
+    if (i == letters)
+        return false;
+    qsizetype slashes = 0;
+    while (i > 0 && bit[i - 1] == u'\\') {
+        --i;
+        ++slashes;
+    }
+    return slashes % 2 == 1;
+}
+
+}  // namespace
+
 std::optional<bool> ClsExtendedRTF::SelUnderline()
 {
     RichTextSurface* s = surface();
@@ -46,8 +73,10 @@ QString ClsExtendedRTF::ToggleBit(const QString& bit, const QString& word, bool 
         return out;
     }
     // Every bit gets the word, so that it holds whatever formats the
-    // control writes between the bits.
-    if (kind == RTFOnly)
+    // control writes between the bits. A bit of control words takes it
+    // behind them, unless it ends in an escape: a lone "\'e8" (the word
+    // "è") would lose the blank behind it.
+    if (kind == RTFOnly && endsWithControlWord(bit))
         return bit + word;
     return word + u' ' + bit;
 }

@@ -332,6 +332,26 @@ QString ColourBit(const QString& bit, ColourTable& table, const std::vector<Colo
     }
 }
 
+namespace {
+
+// Braces opened minus braces closed, escaped ones not counted.
+int braceBalance(const QString& bit)
+{
+    int balance = 0;
+    for (qsizetype i = 0; i < bit.size(); ++i) {
+        const QChar c = bit[i];
+        if (c == u'\\')
+            ++i;
+        else if (c == u'{')
+            ++balance;
+        else if (c == u'}')
+            --balance;
+    }
+    return balance;
+}
+
+}  // namespace
+
 QString ColourStream(const QString& s, const std::vector<Colour>& colours, bool& toText, bool shuffle,
                      const std::function<double()>& rnd)
 {
@@ -349,14 +369,24 @@ QString ColourStream(const QString& s, const std::vector<Colour>& colours, bool&
     QStringList bits;
     SplitStream(s, head, bits);
     size_t idx = 0;
+    // The bits stand in the document's group. Deeper, inside a picture or an
+    // object kept whole from another program, blanks split hex data, which
+    // is no text and must not be coloured.
+    int depth = 1;
     for (QString& bit : bits) {
         if (shuffle)
             toText = rnd() > 0.5;
-        bit = ColourBit(bit, table, colours, idx, toText);
+        const int balance = braceBalance(bit);
+        if (depth <= 1)
+            bit = ColourBit(bit, table, colours, idx, toText);
+        depth += balance;
     }
     table.text += QLatin1String("}  ");
     if (head.contains(QLatin1String("{\\colortbl"))) {
-        head.replace(original, table.text);
+        // A table the head rule did not find (no two-digit size before the
+        // text) stays as it is: nothing is replaced by an empty search.
+        if (!original.isEmpty())
+            head.replace(original, table.text);
     } else {
         head.chop(1);
         head += table.text;

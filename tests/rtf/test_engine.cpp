@@ -146,6 +146,31 @@ TEST_F(Engine, ToggleWithoutSelectionWorksOnTheWholeDocument)
         "{\\colortbl ;\\red255\\green0\\blue0;}\r\n\\viewkind4\\uc1\\pard\\f0\\fs20 U\\ulth no ")));
 }
 
+TEST_F(Engine, AnEscapedLetterKeepsItsBlanks)
+{
+    // "è" alone between blanks is a bit of its own, "\'e8"; the word must
+    // not take the blank behind it. Also as the first character, where the
+    // head ends at the blank behind the size.
+    for (const QString text : {"Lui \u00e8 qui, \u20ac 5", "\u00e8 qui"}) {
+        surface.setText(text);
+        const QString original = surface.TextRTF();
+        EXPECT_TRUE(original.contains(QLatin1String("\\fs20 ")));
+        select(surface, 0, long(text.size()));
+        extended.setSelWave(true);
+        EXPECT_EQ(surface.Text(), text);
+        select(surface, 0, long(text.size()));
+        EXPECT_EQ(surface.SelUnderlineKind(), std::optional<UnderlineKind>(UnderlineKind::Wave));
+        extended.setSelWave(true);
+        EXPECT_EQ(surface.TextRTF(), original);
+        looks.RTFHighlightHard(0xFF00FF);
+        EXPECT_EQ(surface.Text(), text);
+    }
+    EXPECT_EQ(ClsExtendedRTF::ToggleBit(QStringLiteral("\\'e8"), QStringLiteral("\\uld"), true), QStringLiteral("\\uld \\'e8"));
+    EXPECT_EQ(ClsExtendedRTF::ToggleBit(QStringLiteral("\\b\\'e8"), QStringLiteral("\\uld"), true), QStringLiteral("\\uld \\b\\'e8"));
+    EXPECT_EQ(ClsExtendedRTF::ToggleBit(QStringLiteral("\\b\\fs20"), QStringLiteral("\\uld"), true), QStringLiteral("\\b\\fs20\\uld"));
+    EXPECT_EQ(ClsExtendedRTF::ToggleBit(QStringLiteral("C:\\\\par"), QStringLiteral("\\uld"), true), QStringLiteral("\\uld C:\\\\par"));
+}
+
 TEST_F(Engine, BusyStateNestsAndPutsTheCaretBack)
 {
     EXPECT_TRUE(extended.Busy());  // set from the start until an edit ends

@@ -216,3 +216,20 @@ TEST(Toolkit, ColourArithmetic)
     Limit(0.0, v, 255.0);
     EXPECT_EQ(v, 255);
 }
+
+TEST(Toolkit, ColouringLeavesGroupsAndUnfoundTablesAlone)
+{
+    // Hex data of a picture kept whole, split by a blank, is no text. (The
+    // brace that opens the group takes a colour: only a backslash or a
+    // closing brace ends a bit's colouring.)
+    const QString pict = doc(QStringLiteral("\\f0\\fs20 a{\\pict\\wmetafile8\\picw10 0100 0900}b c}\r\n"), true);
+    bool toText = true;
+    const QString out = ColourStream(pict, {1, 2, 3}, toText, false, [] { return 0.0; });
+    EXPECT_TRUE(out.endsWith(QStringLiteral("\\fs20 \\cf2 a\\cf3 {\\pict\\wmetafile8\\picw10 0100 0900}b \\cf4 c}\r\n")))
+        << qPrintable(out);
+    // A table that the head rule cannot find is not replaced by searching
+    // for nothing; the stream stays whole.
+    const QString glued = doc(QStringLiteral("\\f0\\fs20\\u8364?x}\r\n"), true);
+    const QString same = ColourStream(glued, {1, 2, 3}, toText, false, [] { return 0.0; });
+    EXPECT_EQ(same, glued);
+}
