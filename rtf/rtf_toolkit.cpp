@@ -399,28 +399,27 @@ QString ColourStream(const QString& s, const std::vector<Colour>& colours, bool&
 
 using namespace rtfkit;
 
-void EngineControls::ReportError()
+void EngineControls::ReportError(bool missingControl)
 {
-    if (!rtb_)
+    errorNote_.clear();
+    if (missingControl && !rtb_)
         errorNote_ = QStringLiteral("RichTextBox");
-    else if (!dialog_)
+    else if (missingControl && !dialog_)
         errorNote_ = QStringLiteral("CommonDialog");
-    else
-        errorNote_.clear();
     messages_.mostraMsg(QStringLiteral("Errore"), QStringLiteral("Errore inaspettato!"), 0, 3);
 }
 
 RichTextSurface* EngineControls::surface()
 {
     if (!rtb_)
-        ReportError();
+        ReportError(true);
     return rtb_;
 }
 
 std::optional<Colour> EngineControls::askColour(Colour initial)
 {
     if (!dialog_) {
-        ReportError();
+        ReportError(true);
         return std::nullopt;
     }
     const std::optional<std::uint32_t> c = dialog_->chooseColour(initial);

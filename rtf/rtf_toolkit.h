@@ -118,9 +118,10 @@ public:
     }
     RichTextSurface* rtb() const { return rtb_; }
 
-    // "Errore inaspettato!", titled "Errore". The note says which control
-    // was never assigned, for whoever debugs it; the user sees the message.
-    void ReportError();
+    // "Errore inaspettato!", titled "Errore". When the failure was a control
+    // never assigned, the note names it for whoever debugs; the user sees
+    // only the message.
+    void ReportError(bool missingControl = false);
     const QString& lastErrorNote() const { return errorNote_; }
 
     // Uniform in [0, 1). Seedable so that tests can repeat a draw.

@@ -216,6 +216,13 @@ TEST_F(Engine, ColoursByNameByDialogAndInTheTable)
     ClsExtendedRTF unbound(messages);
     EXPECT_FALSE(unbound.SelRTFToggle(QStringLiteral("\\uld")));
     EXPECT_EQ(unbound.lastErrorNote(), QStringLiteral("RichTextBox"));
+    ClsRTFFontLooks noDialog(messages);
+    noDialog.AssignControls(&surface, nullptr);
+    EXPECT_EQ(noDialog.ColourUser(), std::nullopt);
+    EXPECT_EQ(noDialog.lastErrorNote(), QStringLiteral("CommonDialog"));
+    noDialog.ColourNamed("teal");  // a bad name, not a missing control
+    EXPECT_EQ(noDialog.lastErrorNote(), QString());
+    EXPECT_EQ(messages.shown.size(), 5);
 
     // Busy until its first edit, the extended engine counts nothing.
     select(surface, 0, 5);
