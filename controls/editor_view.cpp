@@ -1,6 +1,7 @@
 #include "controls/editor_view.h"
 
 #include "controls/arrow_font.h"
+#include "controls/format_painter.h"
 #include "core/codepage.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -90,6 +91,7 @@ public:
         QStyleOptionGraphicsItem plain(*option);
         plain.state &= ~(QStyle::State_HasFocus | QStyle::State_Selected);
         QGraphicsTextItem::paint(painter, &plain, widget);
+        FormatPainter::paintOverlay(painter, document(), option->exposedRect);
     }
 
 protected:
@@ -349,6 +351,7 @@ EditorView::EditorView(RichTextSurface& surface, QWidget* parent)
     scene->addItem(item_);
     item_->setFocus();
     item_->setTextCursor(surface_.cursor());
+    new FormatPainter(doc, this);
 
     connect(doc->documentLayout(), &QAbstractTextDocumentLayout::documentSizeChanged, this,
             [this](const QSizeF&) { updateSceneRect(); });

@@ -358,6 +358,9 @@ private:
     bool ignorableNext_ = false;
     int ucSkip_ = 0;
     bool done_ = false;
+    // Blanks behind a table of the head are padding, not text: the colour
+    // effects close a table they extend with "}  ".
+    bool headPadding_ = false;
 
     int ansiCodePage_ = 1252;
     int deff_ = -1;
@@ -516,6 +519,7 @@ void Reader::closeGroup(qsizetype at)
     const Dest parent = stack_.back().dest;
     if (closing.dest == Dest::FontTable && (!fontNameBytes_.empty() || !fontName_.isEmpty()))
         commitFont();
+    headPadding_ = (closing.dest == Dest::FontTable || closing.dest == Dest::ColorTable) && stack_.size() == 2;
     if (closing.dest == Dest::Pict && parent != Dest::Pict) {
         const QByteArray raw = src_.sliced(closing.start, at - closing.start + 1).toLatin1();
         if (parent == Dest::Normal) {
@@ -535,6 +539,7 @@ void Reader::controlWord(std::string_view name, bool hasParam, int param)
 {
     // Text gathered so far belongs to the state before this word.
     flushBytes();
+    headPadding_ = false;
     Group& g = top();
     const Word* w = findWord(name);
     const bool ignorable = ignorableNext_;
@@ -777,6 +782,9 @@ void Reader::textChar(char16_t c)
         return;
     }
     Group& g = top();
+    if (headPadding_ && c == ' ')
+        return;
+    headPadding_ = false;
     switch (g.dest) {
     case Dest::Normal:
         if (c == '\t') {

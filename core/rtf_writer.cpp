@@ -93,6 +93,7 @@ private:
     std::optional<CharWords> last_;
     QString out_;
     bool needBlank_ = false;
+    bool firstText_ = false;  // no character of the body written yet
 };
 
 int Writer::fontIndex(const QTextCharFormat& f)
@@ -229,6 +230,13 @@ void Writer::writeText(QStringView text, const CharWords& w)
     };
     for (const QChar qc : text) {
         const char16_t c = qc.unicode();
+        if (firstText_) {
+            // The head ends at the blank behind the first run's size; an
+            // escape written straight behind it would leave no such blank.
+            firstText_ = false;
+            if (needBlank_ && c != '\t' && c != QChar::LineSeparator)
+                blank();
+        }
         if (c == '\t') {
             word("\\tab");
         } else if (c == QChar::LineSeparator) {
@@ -363,6 +371,7 @@ QString Writer::run()
     }
     out_ += QLatin1String("\\viewkind4\\uc1\\pard");
     needBlank_ = true;
+    firstText_ = true;
 
     // Second pass: the body.
     std::optional<ParaWords> prevPara;

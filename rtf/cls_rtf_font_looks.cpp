@@ -1,0 +1,95 @@
+#include "rtf/cls_rtf_font_looks.h"
+
+#include "rtf/cls_extended_rtf.h"
+
+namespace tornelia {
+
+using namespace rtfkit;
+
+void ClsRTFFontLooks::SplitBits(QString& head, QStringList& bits)
+{
+    SplitStream(RtfFetch(false), head, bits);
+}
+
+bool ClsRTFFontLooks::ToggleWord(const QString& word)
+{
+    if (!surface())
+        return false;
+    BusyState(true);
+    const QString s = RtfFetch(false);
+    const bool on = WordState(s, word) == 0;
+    QString head;
+    QStringList bits;
+    try {
+        SplitStream(s, head, bits);
+    } catch (const RtfStreamError&) {
+        // Nothing to cut by: the toggle ends with the document untouched.
+        BusyState(false);
+        return false;
+    }
+    for (QString& bit : bits)
+        bit = SlugOrText(bit, ClsExtendedRTF::ToggleBit(bit, word, on));
+    RtfStore(head + JoinBits(bits, QStringLiteral(" ")));
+    BusyState(false);
+    return on;
+}
+
+void ClsRTFFontLooks::ApplyColours(const std::vector<Colour>& colours, bool toText, bool shuffle)
+{
+    if (!surface())
+        return;
+    BusyState(true);
+    QString coloured;
+    try {
+        coloured = ColourStream(RtfFetch(false), colours, toText, shuffle, [this] { return Rnd(); });
+    } catch (...) {
+        BusyState(false);
+        throw;
+    }
+    RtfStore(coloured);
+    BusyState(false);
+}
+
+void ClsRTFFontLooks::RTFHighlightHard(Colour colour)
+{
+    lastHighlightColour_ = colour;
+    long first = 0, last = 0;
+    if (!surface() || !SelEdges(first, last))
+        return;
+    try {
+        ApplyColours(std::vector<Colour>(size_t(last - first + 1), colour), false, false);
+    } catch (const RtfStreamError&) {
+        ReportError();
+    }
+}
+
+void ClsRTFFontLooks::RTFHighlightHardHard(Colour back, Colour fore)
+{
+    RTFHighlightHard(back);
+    lastHighlightForeColour_ = fore;
+    if (rtb_)
+        rtb_->setSelColor(fore);
+}
+
+void ClsRTFFontLooks::RTFHighlightUser()
+{
+    if (const auto c = ColourUser())
+        RTFHighlightHard(*c);
+}
+
+void ClsRTFFontLooks::RTFHighlightUserAuto()
+{
+    if (const auto c = ColourUser())
+        RTFHighlightHardHard(*c, ContrastColour(*c));
+}
+
+void ClsRTFFontLooks::RTFHighlightUserUser()
+{
+    const auto back = ColourUser();
+    if (!back)
+        return;
+    if (const auto fore = ColourUser())
+        RTFHighlightHardHard(*back, *fore);
+}
+
+}  // namespace tornelia
