@@ -17,13 +17,13 @@ void registerAppWindows(WindowRegistry& registry)
         auto* w = new FrmOpz(host.context.settings(), host.context.dialogs(), host.context.messages(), host.owner);
         w->setAttribute(Qt::WA_DeleteOnClose);
         w->setWindowModality(Qt::ApplicationModal);
-        w->show();
+        w->exec();
     });
     registry.add(Window::frmCor, [](const WindowHost& host) {
         auto* w = new FrmCor(host.context.settings(), host.owner);
         w->setAttribute(Qt::WA_DeleteOnClose);
         w->setWindowModality(Qt::ApplicationModal);
-        w->show();
+        w->exec();
     });
     // The recovery list can stay open beside the document.
     registry.add(Window::frmRecuper, [](const WindowHost& host) {

@@ -13,6 +13,7 @@
 
 #include <QCheckBox>
 #include <QDir>
+#include <QTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QKeyEvent>
@@ -312,19 +313,31 @@ TEST(AppWindowsTest, OpenedOwnedByTheMainWindow)
     QWidget owner;
     MainProcedures procedures;
     QStringList seen;
-    for (const Window window : {Window::FrmOpz, Window::frmCor, Window::frmRecuper}) {
-        ASSERT_TRUE(registry.open(window, {*t.context, &owner, procedures}));
-        QList<QDialog*> open = owner.findChildren<QDialog*>();
-        ASSERT_EQ(open.size(), 1);
-        QDialog* d = open.first();
+    const auto describe = [&](QDialog* d) {
         seen << d->windowTitle() + (d->isVisible() ? " shown" : " hidden") + (d->isModal() ? " modal" : "")
                     + (d->testAttribute(Qt::WA_DeleteOnClose) ? " deleted on close" : "");
-        if (auto* r = qobject_cast<FrmRecuper*>(d)) {
-            const auto rows = r->list()->findItems(QFileInfo(saved).fileName(), Qt::MatchExactly);
-            seen << QString::number(rows.size());
-        }
-        delete d;
+    };
+    // The modal ones hold the opener until they are closed.
+    for (const Window window : {Window::FrmOpz, Window::frmCor}) {
+        QTimer::singleShot(0, [&] {
+            auto* d = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            if (d && d->parent() == &owner) {
+                describe(d);
+                d->close();
+            }
+        });
+        ASSERT_TRUE(registry.open(window, {*t.context, &owner, procedures}));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_TRUE(owner.findChildren<QDialog*>().isEmpty());
     }
+    ASSERT_TRUE(registry.open(Window::frmRecuper, {*t.context, &owner, procedures}));
+    QList<QDialog*> open = owner.findChildren<QDialog*>();
+    ASSERT_EQ(open.size(), 1);
+    auto* r = qobject_cast<FrmRecuper*>(open.first());
+    ASSERT_NE(r, nullptr);
+    describe(r);
+    seen << QString::number(r->list()->findItems(QFileInfo(saved).fileName(), Qt::MatchExactly).size());
+    delete r;
     QFile::remove(saved);
     EXPECT_EQ(seen, QStringList({"Opzioni shown modal deleted on close",
                                  "Correzioni automatiche shown modal deleted on close",
