@@ -279,7 +279,19 @@ QString MaskBit(const QString& bit, const QStringList& masks, qsizetype& idx)
         return m.replace(QLatin1String("***"), QString(c));
     };
     switch (BitKind(bit)) {
-    case Blank: return mask(u' ');
+    case Blank: {
+        // The blank this bit stands for is the joining blank behind it, and
+        // the mask must end in a delimiter so that the join stays text. A
+        // mask that ends in a blank of its own already has one; putting a
+        // blank for "***" into it would double the blank in the text.
+        if (idx >= masks.size())
+            throw RtfStreamError("more characters than masks");
+        QString m = masks.at(idx++);
+        m.replace(QLatin1String("***"), QString());
+        if (!m.isEmpty() && !m.endsWith(u' '))
+            m += u' ';
+        return m;
+    }
     case RTFOnly: return bit;
     default: {
         QString out;

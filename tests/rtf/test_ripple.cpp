@@ -42,9 +42,12 @@ TEST(Ripple, MasksGoOnTheVisibleCharacters)
 {
     const QStringList masks = {"<1***>", "<2***>", "<3***>", "<4***>"};
     qsizetype idx = 0;
-    // An empty bit is a blank of the text and takes a mask; control words
-    // take none; an escape ends the masking of its bit.
-    EXPECT_EQ(MaskBit("", masks, idx), "<1 >");
+    // An empty bit is a blank of the text: it takes a mask, closed by a
+    // delimiter so that the joining blank stays text. Control words take
+    // none; an escape ends the masking of its bit.
+    EXPECT_EQ(MaskBit("", masks, idx), "<1> ");
+    EXPECT_EQ(MaskBit("", {"\\b ***\\b0 "}, idx = 0), "\\b \\b0 ");
+    idx = 1;
     EXPECT_EQ(MaskBit("\\b\\i", masks, idx), "\\b\\i");
     EXPECT_EQ(MaskBit("ab\\'e8c}", masks, idx), "<2a><3b>\\'e8c}");
     EXPECT_EQ(idx, 3);
