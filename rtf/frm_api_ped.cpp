@@ -76,6 +76,7 @@ FrmApiPed::FrmApiPed(RichTextSurface& testo, MessagePort& messages, std::functio
     c_->setEditable(true);
     c_->addItems(RaiseLower::heights());
     c_->setCurrentIndex(2);
+    c_->setToolTip(QStringLiteral("In twip: 20 twip fanno un punto"));
     auto* form = new QFormLayout;
     form->addRow(QStringLiteral("Nuova altezza:"), c_);
 

@@ -123,6 +123,8 @@ bool RippleWaves::chooseOption(int option)
     preview_.setSelFontSize(14);
     preview_.Find(QStringLiteral("Guarda l'effetto su questo testo"));
     run(sample_, option);
+    // The selection's colour would hide the very effect being shown.
+    preview_.setSelLength(0);
     return true;
 }
 
