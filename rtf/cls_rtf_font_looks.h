@@ -60,6 +60,20 @@ public:
                        int blue, double f);
     void RandomColour(int kind, bool toText);
     void ShuffleColour(int kind, bool shuffle);
+    // From one colour to another, both asked for (and kept) or given; with
+    // mirror the blend runs to the middle and back.
+    void Blender(bool mirror, bool toText);
+    void BlenderHard(Colour start, Colour end, bool mirror, bool toText);
+    // One colour, asked for (and kept) or given, darkening step by step.
+    void Dither(bool mirror, bool foreToBack, bool toText);
+    void DitherHard(Colour colour, bool mirror, bool foreToBack, bool toText);
+    // The rainbow over five segments, with both array steps.
+    void RainBowIO(bool forward, bool mirror, bool toText);
+    // Black for every character, with the array steps.
+    void ColourTemplate(bool mirror, bool foreToBack, bool toText);
+    // Every colour index of the selection back to the automatic one.
+    void ColourRemove(bool toText);
+    void ColourRemoveAll();
     // Every character its own raise, size, toggles and underline; mode 1 and
     // 2 then colour text or background at random, 3 shuffles both.
     void Ransom(int mode);

@@ -183,6 +183,67 @@ Colours RainBowColours(long first, long last, bool forward)
     return colours;
 }
 
+Colours RainBowIOColours(long first, long last)
+{
+    Colours colours;
+    const long seg = (last - first) / 5;
+    if (seg == 0)
+        throw RtfStreamError("division by a zero segment");
+    int sector = 0;
+    long k = 0;
+    for (long i = first; i <= last; ++i) {
+        long value = CLng(k * 255.0 / seg);
+        const float p = Percent(double(i - first), double(last - first));
+        if (long(std::floor(double(p) / 16.6666666666667)) != sector) {
+            ++sector;
+            k = 0;
+            value = 0;
+        }
+        colours.push_back(SpectrumColour(sector, int(value)));
+        ++k;
+    }
+    return colours;
+}
+
+Colours BlendColours(long first, long last, Colour start, Colour end, bool mirror)
+{
+    Colours colours(size_t(std::max(last - first + 1, 0L)), 0);
+    auto at = [&](long place) -> Colour* {
+        const long j = place - first;
+        return j >= 0 && j < long(colours.size()) ? &colours[size_t(j)] : nullptr;
+    };
+    long k = 1;
+    for (long i = first; i <= last; ++i, ++k) {
+        if (!mirror) {
+            *at(i) = MixColour(start, end, Percent(double(k), double(last)) / 100.0);
+            continue;
+        }
+        if (k > last / 2.0)
+            break;
+        const Colour c = MixColour(start, end, Percent(double(k), double(last)) / 50.0);
+        *at(i) = c;
+        if (Colour* mirrored = at(last - k + 1))
+            *mirrored = c;
+    }
+    return colours;
+}
+
+Colours DitherColours(long first, long last, Colour colour)
+{
+    Colours colours;
+    const long step = std::max(CLng(double(last - first) / 255), 1L);
+    int r, g, b;
+    SplitColour(colour, r, g, b);
+    auto less = [](int c, int d) { return c - d >= 1 ? c - d : 0; };
+    int d = 0;
+    for (long i = first; i <= last; ++i) {
+        if (i % step == 0)
+            ++d;
+        colours.push_back(RGB(less(r, d), less(g, d), less(b, d)));
+    }
+    return colours;
+}
+
 Colour RandomKindColour(int kind, const RandomSource& rnd)
 {
     auto draw255 = [&rnd] { return int(std::floor(rnd() * 255)); };

@@ -60,6 +60,14 @@ Colour MixColour(Colour start, Colour end, double t);
 Colours CandyColours(long first, long last, int sector, int mode);
 Colours SpectrumColours(long first, long last, int sector);
 Colours RainBowColours(long first, long last, bool forward);
+// The rainbow over five segments and no lower bound: a selection shorter
+// than five has no segment, and that throws RtfStreamError.
+Colours RainBowIOColours(long first, long last);
+// start to end by the percent of each position of last (not of the
+// selection's length); mirrored, to the middle and back.
+Colours BlendColours(long first, long last, Colour start, Colour end, bool mirror);
+// colour, each component less one more every (last - first) / 255 positions.
+Colours DitherColours(long first, long last, Colour colour);
 
 // One random draw of the kinds of the random colours: 0 any colour, 1 any
 // spectrum sector, 2..7 one sector, 8 a grey, anything else black.

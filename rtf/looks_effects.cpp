@@ -117,6 +117,110 @@ void ClsRTFFontLooks::ShuffleColour(int kind, bool shuffle)
     colourEffect(colours, true, shuffle);
 }
 
+void ClsRTFFontLooks::Blender(bool mirror, bool toText)
+{
+    long first, last;
+    if (!surface() || !SelEdges(first, last))
+        return;
+    const auto start = ColourUser();
+    if (!start)
+        return;
+    const auto end = ColourUser();
+    if (!end)
+        return;
+    lastBlendStartColour_ = *start;
+    lastBlendEndColour_ = *end;
+    BlenderHard(*start, *end, mirror, toText);
+}
+
+void ClsRTFFontLooks::BlenderHard(Colour start, Colour end, bool mirror, bool toText)
+{
+    long first, last;
+    if (!surface() || !SelEdges(first, last))
+        return;
+    colourEffect(BlendColours(first, last, start, end, mirror), toText, false);
+}
+
+void ClsRTFFontLooks::Dither(bool mirror, bool foreToBack, bool toText)
+{
+    long first, last;
+    if (!surface() || !SelEdges(first, last))
+        return;
+    const auto colour = ColourUser();
+    if (!colour)
+        return;
+    lastDitherColor_ = *colour;
+    DitherHard(*colour, mirror, foreToBack, toText);
+}
+
+void ClsRTFFontLooks::DitherHard(Colour colour, bool mirror, bool foreToBack, bool toText)
+{
+    long first, last;
+    if (!surface() || !SelEdges(first, last))
+        return;
+    Colours colours = DitherColours(first, last, colour);
+    ArraySteps(colours, mirror, foreToBack);
+    colourEffect(colours, toText, false);
+}
+
+void ClsRTFFontLooks::RainBowIO(bool forward, bool mirror, bool toText)
+{
+    long first, last;
+    if (!surface() || !SelEdges(first, last))
+        return;
+    Colours colours;
+    try {
+        colours = RainBowIOColours(first, last);
+    } catch (const RtfStreamError&) {
+        reportEffectError();
+        return;
+    }
+    ArraySteps(colours, mirror, forward);
+    colourEffect(colours, toText, false);
+}
+
+void ClsRTFFontLooks::ColourTemplate(bool mirror, bool foreToBack, bool toText)
+{
+    long first, last;
+    if (!surface() || !SelEdges(first, last))
+        return;
+    Colours colours(size_t(last - first + 1), 0);
+    ArraySteps(colours, mirror, foreToBack);
+    colourEffect(colours, toText, false);
+}
+
+void ClsRTFFontLooks::ColourRemove(bool toText)
+{
+    if (!surface())
+        return;
+    const QString word = toText ? QStringLiteral("\\cf") : QStringLiteral("\\highlight");
+    BusyState(true);
+    const QString s = RtfFetch(false);
+    const int count = int(TableText(s, headerLen_, QStringLiteral("{\\colortbl")).count(QLatin1String("\\red")));
+    QString head;
+    QStringList bits;
+    try {
+        SplitStream(s, head, bits);
+    } catch (const RtfStreamError&) {
+        BusyState(false);
+        reportEffectError();
+        return;
+    }
+    QString joined = JoinBits(bits, QStringLiteral(" "));
+    // From the highest index down, so that "\cf1" does not eat the start
+    // of "\cf12".
+    for (int n = count * 4; n >= 0; --n)
+        joined.replace(word + QString::number(n), word + u'0');
+    RtfStore(head + joined);
+    BusyState(false);
+}
+
+void ClsRTFFontLooks::ColourRemoveAll()
+{
+    ColourRemove(false);
+    ColourRemove(true);
+}
+
 void ClsRTFFontLooks::Ransom(int mode)
 {
     long first, last;

@@ -198,3 +198,36 @@ TEST(ColourEffects, RansomFormatsEveryCharacterThenColours)
                                       "\\viewkind4\\uc1\\pard\\cf1\\uldashd\\b\\i\\up6\\caps\\f0\\fs17 "
                                       "ab\\ulnone\\b0\\i0\\up0\\caps0  \\uldashd\\b\\i\\up6\\caps c}\r\n");
 }
+
+TEST(ColourEffects, BlendsDithersAndRemoval)
+{
+    const Colour brown = RGB(200, 100, 0);
+    EXPECT_EQ(rgbList(BlendColours(0, 4, 0, brown, false)), "50,25,0 100,50,0 150,75,0 200,100,0 200,100,0");
+    // Mirrored: to the middle and back, the middle itself left black.
+    EXPECT_EQ(rgbList(BlendColours(0, 4, 0, brown, true)), "100,50,0 200,100,0 0,0,0 200,100,0 100,50,0");
+    EXPECT_EQ(rgbList(DitherColours(0, 3, RGB(3, 10, 0))), "2,9,0 1,8,0 0,7,0 0,6,0");
+    EXPECT_THROW(RainBowIOColours(0, 3), RtfStreamError);
+
+    Looks t;
+    t.surface.setText(QStringLiteral("Sfumato"));
+    const QString plain = t.surface.TextRTF();
+    test::select(t.surface, 0, 7);
+    // The two colours are asked in turn and kept; a cancel changes nothing.
+    t.colours.answers = {0, brown, std::nullopt};
+    t.looks.Blender(false, true);
+    EXPECT_EQ(std::make_pair(t.looks.LastBlendStartColour(), t.looks.LastBlendEndColour()), std::make_pair(0u, brown));
+    const QString blended = t.surface.TextRTF();
+    EXPECT_NE(blended, plain);
+    t.looks.Dither(false, true, true);
+    EXPECT_EQ(t.surface.TextRTF(), blended);
+    EXPECT_EQ(t.messages.shown, QStringList{"Errore|Errore inaspettato!|0|3"});
+
+    // Removing the text colours leaves the background; removing both
+    // leaves the text as it was.
+    t.looks.Candy(3, 0, false);
+    t.looks.ColourRemove(true);
+    EXPECT_FALSE(t.surface.SelRTF().contains("\\cf"));
+    EXPECT_TRUE(t.surface.SelRTF().contains("\\highlight7"));
+    t.looks.ColourRemoveAll();
+    EXPECT_EQ(t.surface.TextRTF(), plain);
+}
