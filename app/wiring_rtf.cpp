@@ -22,10 +22,18 @@ std::function<void()> undoStep(const WindowHost& host)
     };
 }
 
-// The windows stay open beside the document and go when closed.
-void showModeless(QDialog* window)
+// The windows stay open beside the document and go when closed. Asking
+// for one that is open already brings it to the front instead of opening a
+// second.
+template <typename Make>
+void showModeless(const WindowHost& host, const QString& name, Make make)
 {
-    window->setAttribute(Qt::WA_DeleteOnClose);
+    QDialog* window = host.owner ? host.owner->findChild<QDialog*>(name, Qt::FindDirectChildrenOnly) : nullptr;
+    // A closed one is on its way out.
+    if (!window || !window->isVisible()) {
+        window = make();
+        window->setAttribute(Qt::WA_DeleteOnClose);
+    }
     window->show();
     window->raise();
     window->activateWindow();
@@ -36,17 +44,25 @@ void showModeless(QDialog* window)
 void registerRtfWindows(WindowRegistry& registry)
 {
     registry.add(Window::frmOnd, [](const WindowHost& host) {
-        showModeless(new FrmOnd(host.context.testo(), host.context.messages(), undoStep(host), host.owner));
+        showModeless(host, QStringLiteral("frmOnd"), [&] {
+            return new FrmOnd(host.context.testo(), host.context.messages(), undoStep(host), host.owner);
+        });
     });
     registry.add(Window::frmCE, [](const WindowHost& host) {
-        showModeless(new FrmCE(host.context.testo(), host.context.messages(), &host.context.dialogs(),
-                               undoStep(host), host.owner));
+        showModeless(host, QStringLiteral("frmCE"), [&] {
+            return new FrmCE(host.context.testo(), host.context.messages(), &host.context.dialogs(), undoStep(host),
+                             host.owner);
+        });
     });
     registry.add(Window::frmSott, [](const WindowHost& host) {
-        showModeless(new FrmSott(host.context.testo(), host.context.messages(), undoStep(host), host.owner));
+        showModeless(host, QStringLiteral("frmSott"), [&] {
+            return new FrmSott(host.context.testo(), host.context.messages(), undoStep(host), host.owner);
+        });
     });
     registry.add(Window::FrmApiPed, [](const WindowHost& host) {
-        showModeless(new FrmApiPed(host.context.testo(), host.context.messages(), undoStep(host), host.owner));
+        showModeless(host, QStringLiteral("FrmApiPed"), [&] {
+            return new FrmApiPed(host.context.testo(), host.context.messages(), undoStep(host), host.owner);
+        });
     });
 }
 

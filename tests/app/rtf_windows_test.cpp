@@ -5,6 +5,7 @@
 #include "rtf/frm_ce.h"
 #include "tests/app/test_ports.h"
 
+#include <QDialog>
 #include <QListWidget>
 #include <QWidget>
 
@@ -45,6 +46,9 @@ TEST(RtfWindows, OpenAndUndo)
         ASSERT_NE(w, nullptr) << name.toStdString();
         EXPECT_EQ(w->windowTitle(), title);
         EXPECT_EQ(w->parentWidget(), &owner);
+        // Asked for again, the same window comes to the front.
+        registry.open(window, host);
+        EXPECT_EQ(owner.findChildren<QDialog*>(name).size(), 1);
     }
 
     // A rainbow from the colours window, then undone. The store keeps
