@@ -146,6 +146,19 @@ TEST(ColourEffects, EffectsStoreTheirColoursInTheDocument)
               test::kSurfaceHead +
                   "{\\colortbl ;\\red25\\green25\\blue25;\\red127\\green127\\blue127;\\red229\\green229\\blue229;}"
                   "\r\n\\viewkind4\\uc1\\pard\\highlight1\\f0\\fs20 a\\highlight2 b\\highlight3 c}\r\n");
+
+    // Shuffled without shuffling: a low draw gives black or white by a
+    // second one, a high draw a colour of the kind; always as text colour.
+    t.surface.setText(QStringLiteral("abc"));
+    test::select(t.surface, 0, 3);
+    ScriptedDraws shuffled({0.2, 0.9, 0.2, 0.1, 0.7, 0.5});
+    t.looks.setRandomSource(std::ref(shuffled));
+    t.looks.ShuffleColour(8, false);
+    EXPECT_EQ(t.surface.SelRTF(),
+              test::kSurfaceHead +
+                  "{\\colortbl ;\\red0\\green0\\blue0;\\red255\\green255\\blue255;\\red127\\green127\\blue127;}"
+                  "\r\n\\viewkind4\\uc1\\pard\\cf1\\f0\\fs20 a\\cf2 b\\cf3 c}\r\n");
+    EXPECT_EQ(shuffled.used(), 6u);
 }
 
 TEST(ColourEffects, ShortSelectionsAndFailures)
