@@ -194,9 +194,9 @@ constexpr Word kWords[] = {
     {"strike", Kind::Toggle, Id::Strike, 1},
     {"striked", Kind::Toggle, Id::Striked, 1},
     {"stylesheet", Kind::Destination, Id::SkipDest, 0},
-    {"sub", Kind::Flag, Id::Sub, 0},
+    {"sub", Kind::Toggle, Id::Sub, 0},
     {"subject", Kind::Destination, Id::SkipDest, 0},
-    {"super", Kind::Flag, Id::Super, 0},
+    {"super", Kind::Toggle, Id::Super, 0},
     {"tab", Kind::Symbol, Id::Tab, 0},
     {"tc", Kind::Destination, Id::SkipDest, 0},
     {"template", Kind::Destination, Id::SkipDest, 0},
@@ -705,8 +705,9 @@ void Reader::controlWord(std::string_view name, bool hasParam, int param)
     case Id::Ulnone: ch.ul = UnderlineKind::None; ch.ulAltSpelling = false; break;
     case Id::Up: ch.offset = std::clamp(value, -32767, 32767); break;
     case Id::Dn: ch.offset = -std::clamp(value, -32767, 32767); break;
-    case Id::Super: ch.offset = 6; break;
-    case Id::Sub: ch.offset = -6; break;
+    // "\super0" and "\sub0" switch off, as the toggles do.
+    case Id::Super: ch.offset = on ? 6 : 0; break;
+    case Id::Sub: ch.offset = on ? -6 : 0; break;
     case Id::Nosupersub: ch.offset = 0; break;
     case Id::Fs: ch.fs = std::clamp(value, 1, 3276); break;
     case Id::Cf: ch.cf = std::max(0, value); break;

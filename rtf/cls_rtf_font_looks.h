@@ -47,7 +47,53 @@ public:
 
     static constexpr Colour kWindowColourCode = 0x80000005u;
 
+    // The colour effects: one colour per visible character of a selection
+    // of two characters or more, as text colour (toText) or background.
+    // Each does nothing on a shorter selection; a stream it cannot colour is
+    // reported and left as it was. The arithmetic is in colour_effects.h.
+    void Candy(int sector, int mode, bool toText);
+    void SpectrumSector(int sector, bool mirror, bool foreToBack, bool toText);
+    void RainBow(bool forward, bool toText);
+    // A material by its name in the table; an unknown name gives black.
+    void Materials(const QString& name, bool mirror, bool foreToBack, bool toText);
+    void MaterialsTest(int unused, bool mirror, bool foreToBack, bool toText, int lo, int hi, int red, int green,
+                       int blue, double f);
+    void RandomColour(int kind, bool toText);
+    void ShuffleColour(int kind, bool shuffle);
+    // From one colour to another, both asked for (and kept) or given; with
+    // mirror the blend runs to the middle and back.
+    void Blender(bool mirror, bool toText);
+    void BlenderHard(Colour start, Colour end, bool mirror, bool toText);
+    // One colour, asked for (and kept) or given, darkening step by step.
+    void Dither(bool mirror, bool foreToBack, bool toText);
+    void DitherHard(Colour colour, bool mirror, bool foreToBack, bool toText);
+    // The rainbow over five segments, with both array steps.
+    void RainBowIO(bool forward, bool mirror, bool toText);
+    // Black for every character, with the array steps.
+    void ColourTemplate(bool mirror, bool foreToBack, bool toText);
+    // Every colour index of the selection back to the automatic one.
+    void ColourRemove(bool toText);
+    void ColourRemoveAll();
+    // Every character its own raise, size, toggles and underline; mode 1 and
+    // 2 then colour text or background at random, 3 shuffles both.
+    void Ransom(int mode);
+    bool IsSelection() const { return rtb_ && rtb_->SelLength() >= 1; }
+
+    // The ripple: mode 0 rides the characters up and down ("\up"), mode 1
+    // grows and shrinks them ("\fs"). value is where the wave stands, and
+    // the caller keeps where it ended.
+    void RippleEngine(int mode, int amplitude, bool goDown, int& value, int step);
+    // Writes one mask per visible character into the selection's stream.
+    // Throws RtfStreamError when the stream cannot be cut or the masks run out.
+    void ApplyMasks(const QStringList& masks);
+    // The size ("\fs", half-points) the selection starts with.
+    int FirstFontSize();
+
 protected:
+    // Applies colours; a failure is reported as the effects report it.
+    void colourEffect(const std::vector<Colour>& colours, bool toText, bool shuffle);
+    void reportEffectError();
+
     Colour lastBlendEndColour_ = 0;
     Colour lastBlendStartColour_ = 0;
     Colour lastDitherColor_ = 0;

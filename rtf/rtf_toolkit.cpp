@@ -392,6 +392,12 @@ QString ColourStream(const QString& s, const std::vector<Colour>& colours, bool&
         head += table.text;
         head += u'}';
     }
+    // The head is trimmed of blanks: a replaced table ends in "}  ", and
+    // those blanks must not stand in front of the body as text.
+    qsizetype end = head.size();
+    while (end > 0 && head[end - 1] == u' ')
+        --end;
+    head.truncate(end);
     return head + JoinBits(bits, QStringLiteral(" "));
 }
 

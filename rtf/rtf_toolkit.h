@@ -124,9 +124,11 @@ public:
     void ReportError(bool missingControl = false);
     const QString& lastErrorNote() const { return errorNote_; }
 
-    // Uniform in [0, 1). Seedable so that tests can repeat a draw.
-    double Rnd() { return uniform_(random_); }
+    // Uniform in [0, 1). Seedable so that tests can repeat a draw, or fed
+    // from a source of their own so that they can choose each draw.
+    double Rnd() { return source_ ? source_() : uniform_(random_); }
     void seedRandom(unsigned seed) { random_.seed(seed); }
+    void setRandomSource(std::function<double()> source) { source_ = std::move(source); }
 
 protected:
     // The surface, or a report and nullptr when none was assigned.
@@ -142,6 +144,7 @@ protected:
 private:
     std::mt19937 random_{std::random_device{}()};
     std::uniform_real_distribution<double> uniform_{0.0, 1.0};
+    std::function<double()> source_;
 };
 
 // The stateful half of the toolkit, shared by the two string engines.

@@ -174,7 +174,7 @@ TEST(Toolkit, ColouringAppendsToAnExistingTable)
     const QString s = doc(QStringLiteral("\\f0\\fs20 xy}\r\n"), true);
     bool toText = false;
     const QString out = ColourStream(s, {RGB(255, 0, 0), RGB(0, 0, 9)}, toText, false, [] { return 0.0; });
-    EXPECT_EQ(out, kHead + QStringLiteral("{\\colortbl ;\\red255\\green0\\blue0;\\red255\\green0\\blue0;\\red0\\green0\\blue9;}  "
+    EXPECT_EQ(out, kHead + QStringLiteral("{\\colortbl ;\\red255\\green0\\blue0;\\red255\\green0\\blue0;\\red0\\green0\\blue9;}"
                                           "\\viewkind4\\uc1\\pard\\f0\\fs20 \\highlight2 x\\highlight3 y}\r\n"));
     // More characters than colours: nothing is made.
     EXPECT_THROW(ColourStream(s, {1}, toText, false, [] { return 0.0; }), RtfStreamError);
