@@ -10,9 +10,6 @@
 #include <ostream>
 #include <vector>
 
-// Failures print strings as text.
-inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
-
 namespace tornelia::test {
 
 // "r,g,b r,g,b ...": a whole sequence in one comparable line.
