@@ -4,6 +4,7 @@
 //
 //   tornelia_bench_effects [benchmark options]
 
+#include "bench/bench_ports.h"
 #include "bench/rtf_samples.h"
 #include "core/ports.h"
 #include "rtf/cls_rtf_font_looks.h"
@@ -16,11 +17,7 @@ namespace {
 
 constexpr int kChars = 10000;
 
-class SilentMessages final : public MessagePort {
-public:
-    QString mostraMsg(const QString&, const QString&, int, int) override { return QStringLiteral("ok"); }
-    QString inputBox(const QString&, const QString&) override { return {}; }
-};
+using bench::SilentMessages;
 
 // Fresh prose each round: a coloured text would carry its table into the
 // next and measure a different thing.

@@ -8,6 +8,7 @@
 //
 //   tornelia_bench_engine [benchmark options]
 
+#include "bench/bench_ports.h"
 #include "bench/rtf_samples.h"
 #include "core/ports.h"
 #include "rtf/cls_extended_rtf.h"
@@ -23,11 +24,7 @@ namespace {
 
 constexpr int kChars = 50000;
 
-class SilentMessages : public MessagePort {
-public:
-    QString mostraMsg(const QString&, const QString&, int, int) override { return QStringLiteral("ok"); }
-    QString inputBox(const QString&, const QString&) override { return {}; }
-};
+using bench::SilentMessages;
 
 struct Document {
     SilentMessages messages;

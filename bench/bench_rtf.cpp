@@ -89,6 +89,7 @@ struct SilentPorts : MessagePort, DialogPort, ShellPort, FramePort {
     {
         return buttons == 0 ? QStringLiteral("ok") : QStringLiteral("no");
     }
+    QString inputBox(const QString&, const QString&) override { return {}; }
     std::optional<QString> openFile(const QString&, const QStringList&) override { return {}; }
     std::optional<QString> saveFile(const QString&, const QStringList&, const QString&) override { return {}; }
     std::optional<QString> chooseFolder(const QString&) override { return {}; }
