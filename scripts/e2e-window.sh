@@ -9,50 +9,15 @@
 #
 # Needs xvfb-run, xdotool and ImageMagick's import. Prints PASS or FAIL.
 set -uo pipefail
-self=$(realpath "$0")
-bin=$(realpath "${1:-$(dirname "$self")/../build/app/tornelia}" 2>/dev/null)
+source "$(dirname "$(realpath "$0")")/e2e-common.sh"
 
-for tool in xvfb-run xdotool import; do
-    command -v "$tool" > /dev/null || { echo "FAIL: $tool is missing"; exit 1; }
-done
-
-if [ -z "${TORNELIA_E2E_DISPLAY:-}" ]; then
-    exec xvfb-run -a -s "-screen 0 1400x900x24" env TORNELIA_E2E_DISPLAY=1 bash "$self" "${bin:-${1:-}}"
-fi
-
-shot=${TORNELIA_E2E_SHOT:-/tmp/tornelia-e2e-window.png}
-work=$(mktemp -d)
-pid=
-cleanup() {
-    [ -n "$pid" ] && kill "$pid" 2>/dev/null
-    rm -rf "$work"
-}
-trap cleanup EXIT
-
-fail() {
-    echo "FAIL: $*"
-    exit 1
-}
-
-[ -n "$bin" ] && [ -x "$bin" ] || fail "no program at ${1:-build/app/tornelia}; build it first"
-
-# Settings and data of its own, never the user's.
-export XDG_CONFIG_HOME=$work/config XDG_DATA_HOME=$work/data
 doc="$work/nota di prova.txt"
 printf 'Prima riga' > "$doc"
 
 QT_QPA_PLATFORM=xcb "$bin" "$doc" > "$work/out.log" 2>&1 &
 pid=$!
 
-win=
-for _ in $(seq 1 100); do
-    win=$(xdotool search --onlyvisible --name "Tornelia - nota di prova.txt" 2>/dev/null | head -n 1)
-    [ -n "$win" ] && break
-    sleep 0.1
-done
-[ -n "$win" ] || fail "the window did not appear ($(cat "$work/out.log"))"
-xdotool windowfocus --sync "$win"
-sleep 0.5
+wait_window "Tornelia - nota di prova.txt"
 
 xdotool type --delay 60 "Ciao "
 sleep 0.3
