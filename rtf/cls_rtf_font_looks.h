@@ -6,6 +6,8 @@
 
 #include "rtf/rtf_toolkit.h"
 
+#include <functional>
+#include <optional>
 #include <vector>
 
 namespace tornelia {
@@ -90,8 +92,16 @@ public:
     int FirstFontSize();
 
 protected:
-    // Applies colours; a failure is reported as the effects report it.
-    void colourEffect(const std::vector<Colour>& colours, bool toText, bool shuffle);
+    struct Steps {
+        bool mirror;
+        bool foreToBack;
+    };
+    // The frame of every colour effect: on a selection of two characters or
+    // more, make gives one colour per character from the selection's edges,
+    // steps (if any) reorder them, and they are applied. A stream that cannot
+    // be coloured is reported and left as it was.
+    void selectionEffect(const std::function<std::vector<Colour>(long first, long last)>& make, bool toText,
+                         std::optional<Steps> steps = std::nullopt, bool shuffle = false);
     void reportEffectError();
 
     Colour lastBlendEndColour_ = 0;

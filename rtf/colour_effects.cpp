@@ -157,19 +157,21 @@ Colours SpectrumColours(long first, long last, int sector)
     return colours;
 }
 
-Colours RainBowColours(long first, long last, bool forward)
+namespace {
+
+// The spectrum walked over the selection, ramping up over seg characters in
+// each sector. One sector per sixth of the selection: the sector only ever
+// moves on by one, so a short selection walks fewer sectors, and the last
+// position (100%) lands beyond the sixth sector, in black.
+Colours SectorWalk(long first, long last, long seg)
 {
     Colours colours;
     colours.reserve(size_t(std::max(last - first + 1, 0L)));
-    const long seg = std::max((last - first) / 6, 1L);
     int sector = 0;
     long k = 0;
     for (long i = first; i <= last; ++i) {
         long value = CLng(k * 255.0 / seg);
         const float p = Percent(double(i - first), double(last - first));
-        // One sector per sixth of the selection. The sector only ever moves
-        // on by one, so a short selection walks fewer sectors, and the last
-        // position (100%) lands beyond the sixth sector, in black.
         if (long(std::floor(double(p) / 16.6666666666667)) != sector) {
             ++sector;
             k = 0;
@@ -178,6 +180,14 @@ Colours RainBowColours(long first, long last, bool forward)
         colours.push_back(SpectrumColour(sector, int(value)));
         ++k;
     }
+    return colours;
+}
+
+}  // namespace
+
+Colours RainBowColours(long first, long last, bool forward)
+{
+    Colours colours = SectorWalk(first, last, std::max((last - first) / 6, 1L));
     if (!forward)
         ReverseColours(colours);
     return colours;
@@ -185,24 +195,10 @@ Colours RainBowColours(long first, long last, bool forward)
 
 Colours RainBowIOColours(long first, long last)
 {
-    Colours colours;
     const long seg = (last - first) / 5;
     if (seg == 0)
         throw RtfStreamError("division by a zero segment");
-    int sector = 0;
-    long k = 0;
-    for (long i = first; i <= last; ++i) {
-        long value = CLng(k * 255.0 / seg);
-        const float p = Percent(double(i - first), double(last - first));
-        if (long(std::floor(double(p) / 16.6666666666667)) != sector) {
-            ++sector;
-            k = 0;
-            value = 0;
-        }
-        colours.push_back(SpectrumColour(sector, int(value)));
-        ++k;
-    }
-    return colours;
+    return SectorWalk(first, last, seg);
 }
 
 Colours BlendColours(long first, long last, Colour start, Colour end, bool mirror)

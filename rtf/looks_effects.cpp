@@ -6,6 +6,8 @@
 #include "rtf/colour_effects.h"
 
 #include <cmath>
+#include <functional>
+#include <optional>
 
 namespace tornelia {
 
@@ -16,9 +18,16 @@ void ClsRTFFontLooks::reportEffectError()
     messages_.mostraMsg(QStringLiteral("Errore"), QStringLiteral("Errore nell'applicazione dell'effetto!"), 0, 3);
 }
 
-void ClsRTFFontLooks::colourEffect(const std::vector<Colour>& colours, bool toText, bool shuffle)
+void ClsRTFFontLooks::selectionEffect(const std::function<Colours(long, long)>& make, bool toText,
+                                      std::optional<Steps> steps, bool shuffle)
 {
+    long first, last;
+    if (!surface() || !SelEdges(first, last))
+        return;
     try {
+        Colours colours = make(first, last);
+        if (steps)
+            ArraySteps(colours, steps->mirror, steps->foreToBack);
         ApplyColours(colours, toText, shuffle);
     } catch (const RtfStreamError&) {
         // Nothing was stored: the selection is as it was.
@@ -28,93 +37,78 @@ void ClsRTFFontLooks::colourEffect(const std::vector<Colour>& colours, bool toTe
 
 void ClsRTFFontLooks::Candy(int sector, int mode, bool toText)
 {
-    long first, last;
-    if (!surface() || !SelEdges(first, last))
-        return;
-    Colours colours;
-    try {
-        colours = CandyColours(first, last, sector, mode);
-    } catch (const RtfStreamError&) {
-        reportEffectError();
-        return;
-    }
-    colourEffect(colours, toText, false);
+    selectionEffect([&](long first, long last) { return CandyColours(first, last, sector, mode); }, toText);
 }
 
 void ClsRTFFontLooks::SpectrumSector(int sector, bool mirror, bool foreToBack, bool toText)
 {
-    long first, last;
-    if (!surface() || !SelEdges(first, last))
-        return;
-    Colours colours = SpectrumColours(first, last, sector);
-    ArraySteps(colours, mirror, foreToBack);
-    colourEffect(colours, toText, false);
+    selectionEffect([&](long first, long last) { return SpectrumColours(first, last, sector); }, toText,
+                    Steps{mirror, foreToBack});
 }
 
 void ClsRTFFontLooks::RainBow(bool forward, bool toText)
 {
-    long first, last;
-    if (!surface() || !SelEdges(first, last))
-        return;
-    colourEffect(RainBowColours(first, last, forward), toText, false);
+    selectionEffect([&](long first, long last) { return RainBowColours(first, last, forward); }, toText);
 }
 
 void ClsRTFFontLooks::Materials(const QString& name, bool mirror, bool foreToBack, bool toText)
 {
-    long first, last;
-    if (!surface() || !SelEdges(first, last))
-        return;
-    Colours colours(size_t(last - first + 1), 0);
-    if (const Material* m = FindMaterial(name))
-        MaterialWave(colours, m->lo, m->hi, m->red, m->green, m->blue, m->f);
-    ArraySteps(colours, mirror, foreToBack);
-    colourEffect(colours, toText, false);
+    selectionEffect(
+        [&](long first, long last) {
+            Colours colours(size_t(last - first + 1), 0);
+            if (const Material* m = FindMaterial(name))
+                MaterialWave(colours, m->lo, m->hi, m->red, m->green, m->blue, m->f);
+            return colours;
+        },
+        toText, Steps{mirror, foreToBack});
 }
 
 void ClsRTFFontLooks::MaterialsTest(int /*unused*/, bool mirror, bool foreToBack, bool toText, int lo, int hi,
                                     int red, int green, int blue, double f)
 {
-    long first, last;
-    if (!surface() || !SelEdges(first, last))
-        return;
-    Colours colours(size_t(last - first + 1), 0);
-    MaterialWave(colours, lo, hi, red, green, blue, f);
-    ArraySteps(colours, mirror, foreToBack);
-    colourEffect(colours, toText, false);
+    selectionEffect(
+        [&](long first, long last) {
+            Colours colours(size_t(last - first + 1), 0);
+            MaterialWave(colours, lo, hi, red, green, blue, f);
+            return colours;
+        },
+        toText, Steps{mirror, foreToBack});
 }
 
 void ClsRTFFontLooks::RandomColour(int kind, bool toText)
 {
-    long first, last;
-    if (!surface() || !SelEdges(first, last))
-        return;
-    Colours colours;
-    colours.reserve(size_t(last - first + 1));
-    const RandomSource rnd = [this] { return Rnd(); };
-    for (long i = first; i <= last; ++i)
-        colours.push_back(kind == 0 ? ColourNamed(QStringLiteral("random")) : RandomKindColour(kind, rnd));
-    colourEffect(colours, toText, false);
+    selectionEffect(
+        [&](long first, long last) {
+            Colours colours;
+            colours.reserve(size_t(last - first + 1));
+            const RandomSource rnd = [this] { return Rnd(); };
+            for (long i = first; i <= last; ++i)
+                colours.push_back(kind == 0 ? ColourNamed(QStringLiteral("random")) : RandomKindColour(kind, rnd));
+            return colours;
+        },
+        toText);
 }
 
 void ClsRTFFontLooks::ShuffleColour(int kind, bool shuffle)
 {
-    long first, last;
-    if (!surface() || !SelEdges(first, last))
-        return;
-    Colours colours;
-    colours.reserve(size_t(last - first + 1));
-    const RandomSource rnd = [this] { return Rnd(); };
-    for (long i = first; i <= last; ++i) {
-        if (Rnd() <= 0.5) {
-            if (shuffle)
-                colours.push_back(ColourNamed(QStringLiteral("random")));
-            else
-                colours.push_back(Rnd() > 0.5 ? 0 : 0xFFFFFF);
-        } else {
-            colours.push_back(RandomKindColour(kind, rnd));
-        }
-    }
-    colourEffect(colours, true, shuffle);
+    selectionEffect(
+        [&](long first, long last) {
+            Colours colours;
+            colours.reserve(size_t(last - first + 1));
+            const RandomSource rnd = [this] { return Rnd(); };
+            for (long i = first; i <= last; ++i) {
+                if (Rnd() <= 0.5) {
+                    if (shuffle)
+                        colours.push_back(ColourNamed(QStringLiteral("random")));
+                    else
+                        colours.push_back(Rnd() > 0.5 ? 0 : 0xFFFFFF);
+                } else {
+                    colours.push_back(RandomKindColour(kind, rnd));
+                }
+            }
+            return colours;
+        },
+        true, std::nullopt, shuffle);
 }
 
 void ClsRTFFontLooks::Blender(bool mirror, bool toText)
@@ -135,10 +129,7 @@ void ClsRTFFontLooks::Blender(bool mirror, bool toText)
 
 void ClsRTFFontLooks::BlenderHard(Colour start, Colour end, bool mirror, bool toText)
 {
-    long first, last;
-    if (!surface() || !SelEdges(first, last))
-        return;
-    colourEffect(BlendColours(first, last, start, end, mirror), toText, false);
+    selectionEffect([&](long first, long last) { return BlendColours(first, last, start, end, mirror); }, toText);
 }
 
 void ClsRTFFontLooks::Dither(bool mirror, bool foreToBack, bool toText)
@@ -155,38 +146,20 @@ void ClsRTFFontLooks::Dither(bool mirror, bool foreToBack, bool toText)
 
 void ClsRTFFontLooks::DitherHard(Colour colour, bool mirror, bool foreToBack, bool toText)
 {
-    long first, last;
-    if (!surface() || !SelEdges(first, last))
-        return;
-    Colours colours = DitherColours(first, last, colour);
-    ArraySteps(colours, mirror, foreToBack);
-    colourEffect(colours, toText, false);
+    selectionEffect([&](long first, long last) { return DitherColours(first, last, colour); }, toText,
+                    Steps{mirror, foreToBack});
 }
 
 void ClsRTFFontLooks::RainBowIO(bool forward, bool mirror, bool toText)
 {
-    long first, last;
-    if (!surface() || !SelEdges(first, last))
-        return;
-    Colours colours;
-    try {
-        colours = RainBowIOColours(first, last);
-    } catch (const RtfStreamError&) {
-        reportEffectError();
-        return;
-    }
-    ArraySteps(colours, mirror, forward);
-    colourEffect(colours, toText, false);
+    selectionEffect([](long first, long last) { return RainBowIOColours(first, last); }, toText,
+                    Steps{mirror, forward});
 }
 
 void ClsRTFFontLooks::ColourTemplate(bool mirror, bool foreToBack, bool toText)
 {
-    long first, last;
-    if (!surface() || !SelEdges(first, last))
-        return;
-    Colours colours(size_t(last - first + 1), 0);
-    ArraySteps(colours, mirror, foreToBack);
-    colourEffect(colours, toText, false);
+    selectionEffect([](long first, long last) { return Colours(size_t(last - first + 1), 0); }, toText,
+                    Steps{mirror, foreToBack});
 }
 
 void ClsRTFFontLooks::ColourRemove(bool toText)
