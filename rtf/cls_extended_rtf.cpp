@@ -81,23 +81,37 @@ QString ClsExtendedRTF::ToggleBit(const QString& bit, const QString& word, bool 
     return word + u' ' + bit;
 }
 
+bool ClsExtendedRTF::ToggleStream(RtfEngine& engine, const QString& word, bool fullHeader)
+{
+    engine.BusyState(true);
+    const QString s = engine.RtfFetch(false);
+    const bool on = WordState(s, word) == 0;
+    QString head;
+    QStringList bits;
+    try {
+        if (fullHeader)
+            SplitStreamFull(s, engine.headerLen(), head, bits);
+        else
+            SplitStream(s, head, bits);
+    } catch (const RtfStreamError&) {
+        // Nothing to cut by: the toggle ends with the document untouched.
+        engine.BusyState(false);
+        return false;
+    }
+    for (QString& bit : bits)
+        bit = SlugOrText(bit, ToggleBit(bit, word, on));
+    engine.RtfStore(head + JoinBits(bits, QStringLiteral(" ")));
+    engine.BusyState(false);
+    return on;
+}
+
 bool ClsExtendedRTF::SelRTFToggle(const QString& word)
 {
     if (word.startsWith(QLatin1String("\\ul")))
         currentUnderlineStyle_ = word;
     if (!surface())
         return false;
-    BusyState(true);
-    const QString s = RtfFetch(false);
-    const bool on = WordState(s, word) == 0;
-    QString head;
-    QStringList bits;
-    SplitStreamFull(s, headerLen_, head, bits);
-    for (QString& bit : bits)
-        bit = SlugOrText(bit, ToggleBit(bit, word, on));
-    RtfStore(head + JoinBits(bits, QStringLiteral(" ")));
-    BusyState(false);
-    return on;
+    return ToggleStream(*this, word, true);
 }
 
 bool ClsExtendedRTF::WordPresent(const QString& word)

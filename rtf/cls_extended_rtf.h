@@ -54,6 +54,11 @@ public:
     // nothing is selected; true when the format is now on.
     bool SelRTFToggle(const QString& word);
     static QString ToggleBit(const QString& bit, const QString& word, bool on);
+    // The toggle both engines share: the word on over the fetched stream when
+    // it is off anywhere in it, else off; returns whether it is now on. The
+    // head is cut off with all its tables (fullHeader) or at the word ahead
+    // of "\uc"; a stream that cannot be cut is left untouched, giving false.
+    static bool ToggleStream(RtfEngine& engine, const QString& word, bool fullHeader);
     // With a selection this reads true where the word is absent: the test
     // has always stood that way round, and the dialogs only set.
     bool WordPresent(const QString& word);

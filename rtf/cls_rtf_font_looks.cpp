@@ -13,25 +13,7 @@ void ClsRTFFontLooks::SplitBits(QString& head, QStringList& bits)
 
 bool ClsRTFFontLooks::ToggleWord(const QString& word)
 {
-    if (!surface())
-        return false;
-    BusyState(true);
-    const QString s = RtfFetch(false);
-    const bool on = WordState(s, word) == 0;
-    QString head;
-    QStringList bits;
-    try {
-        SplitStream(s, head, bits);
-    } catch (const RtfStreamError&) {
-        // Nothing to cut by: the toggle ends with the document untouched.
-        BusyState(false);
-        return false;
-    }
-    for (QString& bit : bits)
-        bit = SlugOrText(bit, ClsExtendedRTF::ToggleBit(bit, word, on));
-    RtfStore(head + JoinBits(bits, QStringLiteral(" ")));
-    BusyState(false);
-    return on;
+    return surface() && ClsExtendedRTF::ToggleStream(*this, word, false);
 }
 
 void ClsRTFFontLooks::ApplyColours(const std::vector<Colour>& colours, bool toText, bool shuffle)
