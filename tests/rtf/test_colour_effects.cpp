@@ -136,29 +136,32 @@ TEST(ColourEffects, EffectsStoreTheirColoursInTheDocument)
     EXPECT_EQ(t.surface.Text(), QString::fromUtf8("Un perché  così\r\nDue"));
     EXPECT_EQ(std::make_pair(t.surface.SelStart(), t.surface.SelLength()), std::make_pair(0L, 19L));
 
-    // As background, from seeded greys.
-    t.surface.setText(QStringLiteral("abc"));
-    test::select(t.surface, 0, 3);
-    ScriptedDraws draws({0.1, 0.5, 0.9});
-    t.looks.setRandomSource(std::ref(draws));
-    t.looks.RandomColour(8, false);
-    EXPECT_EQ(t.surface.SelRTF(),
-              test::kSurfaceHead +
-                  "{\\colortbl ;\\red25\\green25\\blue25;\\red127\\green127\\blue127;\\red229\\green229\\blue229;}"
-                  "\r\n\\viewkind4\\uc1\\pard\\highlight1\\f0\\fs20 a\\highlight2 b\\highlight3 c}\r\n");
-
-    // Shuffled without shuffling: a low draw gives black or white by a
-    // second one, a high draw a colour of the kind; always as text colour.
-    t.surface.setText(QStringLiteral("abc"));
-    test::select(t.surface, 0, 3);
-    ScriptedDraws shuffled({0.2, 0.9, 0.2, 0.1, 0.7, 0.5});
-    t.looks.setRandomSource(std::ref(shuffled));
-    t.looks.ShuffleColour(8, false);
-    EXPECT_EQ(t.surface.SelRTF(),
-              test::kSurfaceHead +
-                  "{\\colortbl ;\\red0\\green0\\blue0;\\red255\\green255\\blue255;\\red127\\green127\\blue127;}"
-                  "\r\n\\viewkind4\\uc1\\pard\\cf1\\f0\\fs20 a\\cf2 b\\cf3 c}\r\n");
-    EXPECT_EQ(shuffled.used(), 6u);
+    // Random greys as background; then shuffled without shuffling: a low
+    // draw gives black or white by a second one, a high draw a colour of the
+    // kind, always as text colour. Every draw is used.
+    struct Drawn {
+        std::vector<double> draws;
+        std::function<void(ClsRTFFontLooks&)> effect;
+        QString table, body;
+    };
+    const Drawn drawn[] = {
+        {{0.1, 0.5, 0.9}, [](ClsRTFFontLooks& l) { l.RandomColour(8, false); },
+         "\\red25\\green25\\blue25;\\red127\\green127\\blue127;\\red229\\green229\\blue229;",
+         "\\highlight1\\f0\\fs20 a\\highlight2 b\\highlight3 c"},
+        {{0.2, 0.9, 0.2, 0.1, 0.7, 0.5}, [](ClsRTFFontLooks& l) { l.ShuffleColour(8, false); },
+         "\\red0\\green0\\blue0;\\red255\\green255\\blue255;\\red127\\green127\\blue127;",
+         "\\cf1\\f0\\fs20 a\\cf2 b\\cf3 c"},
+    };
+    for (const Drawn& d : drawn) {
+        t.surface.setText(QStringLiteral("abc"));
+        test::select(t.surface, 0, 3);
+        ScriptedDraws draws(d.draws);
+        t.looks.setRandomSource(std::ref(draws));
+        d.effect(t.looks);
+        EXPECT_EQ(t.surface.SelRTF(), test::kSurfaceHead + "{\\colortbl ;" + d.table + "}\r\n\\viewkind4\\uc1\\pard" +
+                                          d.body + "}\r\n");
+        EXPECT_EQ(draws.used(), d.draws.size());
+    }
 }
 
 TEST(ColourEffects, ShortSelectionsAndFailures)
