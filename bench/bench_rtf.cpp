@@ -5,6 +5,7 @@
 //   tornelia_bench [benchmark options]
 //   tornelia_bench --generate PATH [BYTES]   writes the load benchmark's file
 
+#include "bench/bench_ports.h"
 #include "bench/rtf_samples.h"
 #include "core/document.h"
 #include "core/rich_text_surface.h"
@@ -83,41 +84,25 @@ void BM_LoadFile5MB(benchmark::State& state)
 }
 BENCHMARK(BM_LoadFile5MB)->Unit(benchmark::kMillisecond)->Iterations(3);
 
-// The ports of a load with nobody watching: no dialog, no window.
-struct SilentPorts : MessagePort, DialogPort, ShellPort, FramePort {
-    QString mostraMsg(const QString&, const QString&, int buttons, int) override
-    {
-        return buttons == 0 ? QStringLiteral("ok") : QStringLiteral("no");
-    }
-    QString inputBox(const QString&, const QString&) override { return {}; }
-    std::optional<QString> openFile(const QString&, const QStringList&) override { return {}; }
-    std::optional<QString> saveFile(const QString&, const QStringList&, const QString&) override { return {}; }
-    std::optional<QString> chooseFolder(const QString&) override { return {}; }
-    std::optional<FontChoice> chooseFont(const FontChoice&) override { return {}; }
-    std::optional<std::uint32_t> chooseColour(std::uint32_t) override { return {}; }
-    bool openDocument(const QString&) override { return true; }
-    bool startDetached(const QString&, const QStringList&) override { return true; }
-    void showProperties(const QString&) override {}
-    void setCaption(const QString&) override {}
-    void setStatusPanel(int, const QString&) override {}
-    void showProgress(const QString&, int) override {}
-    void hideProgress() override {}
-    void processEvents() override {}
+// A document over a large file with nobody watching, set up as an open
+// sets it up.
+struct LargeDocument {
+    const QString path = largeFile();
+    QTemporaryDir settingsDir;
+    SettingsStore settings{settingsDir.path()};
+    bench::SilentPorts ports;
+    RichTextSurface s;
+    Document doc{s, settings, ports, ports, ports, ports};
+    LargeDocument() { s.setDefaultFormat(QStringLiteral("Tahoma"), 10); }
 };
 
 // The block-wise load alone, as an open runs it.
 void BM_LineCar5MB(benchmark::State& state)
 {
-    const QString path = largeFile();
-    QTemporaryDir settingsDir;
-    SettingsStore settings(settingsDir.path());
-    SilentPorts ports;
-    RichTextSurface s;
-    s.setDefaultFormat(QStringLiteral("Tahoma"), 10);
-    Document doc(s, settings, ports, ports, ports, ports);
+    LargeDocument d;
     for (auto _ : state)
-        benchmark::DoNotOptimize(doc.lineCar(path, true));
-    state.counters["chars"] = double(s.length());
+        benchmark::DoNotOptimize(d.doc.lineCar(d.path, true));
+    state.counters["chars"] = double(d.s.length());
 }
 BENCHMARK(BM_LineCar5MB)->Unit(benchmark::kMillisecond)->Iterations(3);
 
@@ -125,16 +110,10 @@ BENCHMARK(BM_LineCar5MB)->Unit(benchmark::kMillisecond)->Iterations(3);
 // and the file name taken over.
 void BM_OpenRtf5MB(benchmark::State& state)
 {
-    const QString path = largeFile();
-    QTemporaryDir settingsDir;
-    SettingsStore settings(settingsDir.path());
-    SilentPorts ports;
-    RichTextSurface s;
-    s.setDefaultFormat(QStringLiteral("Tahoma"), 10);
-    Document doc(s, settings, ports, ports, ports, ports);
+    LargeDocument d;
     for (auto _ : state)
-        doc.Aprii(path);
-    state.counters["chars"] = double(s.length());
+        d.doc.Aprii(d.path);
+    state.counters["chars"] = double(d.s.length());
 }
 BENCHMARK(BM_OpenRtf5MB)->Unit(benchmark::kMillisecond)->Iterations(3);
 
