@@ -1,4 +1,4 @@
-#include "text_tools_support.h"
+#include "text_tools_ports.h"
 
 #include "core/rich_text_surface.h"
 #include "core/undo_store.h"
@@ -10,8 +10,6 @@
 #include <QTemporaryDir>
 
 using namespace tornelia;
-using tornelia::testing::OneFileDialogPort;
-using tornelia::testing::RecordingMessagePort;
 
 namespace {
 
@@ -77,7 +75,7 @@ TEST(CyclicText, BothModesWithAndWithoutLineEnds)
         s.setText(QStringLiteral("[sel]"));
         s.setSelStart(1);
         s.setSelLength(3);
-        RecordingMessagePort messages;
+        tooltest::Messages messages;
         std::vector<long> steps;
         EXPECT_TRUE(testoCiclico(s, nullptr, messages, c.req, [&](long i, long n) {
             if (i == n)
@@ -94,7 +92,7 @@ TEST(CyclicText, InvalidCountsAreRefusedAndChangeNothing)
     RichTextSurface s;
     s.setText(QStringLiteral("resta"));
     UndoStore undo(s);
-    RecordingMessagePort messages;
+    tooltest::Messages messages;
     for (const char* n : {"", "zero", "0", "-4", "2.5", "32768"}) {
         CyclicRequest req{CyclicMode::SoloTesto, QStringLiteral("x"), QString::fromLatin1(n), {}, {}, false};
         EXPECT_FALSE(testoCiclico(s, &undo, messages, req));
@@ -123,7 +121,7 @@ protected:
     QTemporaryDir dir;
     RichTextSurface testo;
     UndoStore undo{testo};
-    RecordingMessagePort messages;
+    tooltest::Messages messages;
     FileInserter inserter;
 };
 
@@ -150,8 +148,8 @@ TEST_F(FileInsertTest, RtfKeepsItsFormatsBetweenSeparators)
 TEST_F(FileInsertTest, PlainTextWithoutSeparatorAndTheSameFileTwice)
 {
     const QString path = write(QStringLiteral("nota.txt"), "riga {uno}\r\nperch\xc3\xa9");
-    OneFileDialogPort dialogs;
-    dialogs.path = path;
+    tooltest::Dialogs dialogs;
+    dialogs.openPath = path;
     ASSERT_TRUE(inserter.choose(dialogs, messages));
     ASSERT_TRUE(inserter.insertInto(testo, &undo, messages, false));
     ASSERT_TRUE(inserter.insertInto(testo, &undo, messages, false));
@@ -166,7 +164,7 @@ TEST_F(FileInsertTest, MissingFilesAndCancelLoseNothing)
     const QString missing = dir.filePath(QStringLiteral("manca.rtf"));
     EXPECT_FALSE(inserter.load(missing, messages));
     EXPECT_FALSE(inserter.load(dir.path(), messages));
-    OneFileDialogPort cancel;
+    tooltest::Dialogs cancel;
     EXPECT_FALSE(inserter.choose(cancel, messages));
     EXPECT_EQ(inserter.path(), good);
 

@@ -1,4 +1,4 @@
-#include "text_tools_support.h"
+#include "text_tools_ports.h"
 
 #include "core/rich_text_surface.h"
 #include "core/undo_store.h"
@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 using namespace tornelia;
-using tornelia::testing::RecordingMessagePort;
 
 namespace {
 
@@ -47,7 +46,7 @@ class GoToTest : public ::testing::Test {
 protected:
     GoToTest() { s.setText(QStringLiteral("prima\r\nseconda\r\nterza")); }
     RichTextSurface s;
-    RecordingMessagePort messages;
+    tooltest::Messages messages;
     GoTo go{s, messages};
 };
 

@@ -1,4 +1,4 @@
-#include "text_tools_support.h"
+#include "text_tools_ports.h"
 
 #include "core/rich_text_surface.h"
 #include "core/undo_store.h"
@@ -31,8 +31,6 @@
 #include <QTimer>
 
 using namespace tornelia;
-using tornelia::testing::OneFileDialogPort;
-using tornelia::testing::RecordingMessagePort;
 
 namespace {
 
@@ -54,7 +52,7 @@ protected:
     ToolsWindowTest() { s.setText(QStringLiteral("prima riga\r\nseconda riga")); }
     RichTextSurface s;
     UndoStore undo{s};
-    RecordingMessagePort messages;
+    tooltest::Messages messages;
 };
 
 TEST_F(ToolsWindowTest, GoToTakesEnterInTheLineFieldAndSwitchesInputs)
@@ -140,8 +138,8 @@ TEST_F(ToolsWindowTest, FileWindowChoosesThenInserts)
     ASSERT_TRUE(f.open(QIODevice::WriteOnly));
     f.write("dentro");
     f.close();
-    OneFileDialogPort dialogs;
-    dialogs.path = path;
+    tooltest::Dialogs dialogs;
+    dialogs.openPath = path;
     s.setSelStart(5);
 
     FFile w(s, &undo, messages, dialogs);

@@ -1,6 +1,6 @@
 #pragma once
 
-// Ports for the tests of find and replace, styles and HTML: messages kept as
+// Ports for the tests of the text tools and their windows: messages kept as
 // "title | text", answers and file names given in advance.
 
 #include "core/ports.h"
