@@ -77,12 +77,16 @@ TEST(PageSetup, HashDotZeroFormat)
         EXPECT_EQ(formatHashDot0(value), text) << value;
 }
 
-TEST(PageSetup, PlusAndMinusStopAtTheirLimitsButTypingIsFree)
-{
+// The page setup's logic as the window opens it, over empty settings.
+struct PageSetupModelTest : ::testing::Test {
+    PageSetupModelTest() { f.Carica(); }
     Store s;
     RecordingMessages m;
-    PageSetupModel f(s.settings, m);
-    f.Carica();
+    PageSetupModel f{s.settings, m};
+};
+
+TEST_F(PageSetupModelTest, PlusAndMinusStopAtTheirLimitsButTypingIsFree)
+{
     EXPECT_EQ((QStringList{f.field(Sup), f.field(Inf), f.field(Sin), f.field(Des)}),
               (QStringList{"1.0", "1.0", "2.0", "2.0"}));
     EXPECT_EQ(f.Orie(), 1);
@@ -110,12 +114,8 @@ TEST(PageSetup, PlusAndMinusStopAtTheirLimitsButTypingIsFree)
     EXPECT_EQ(f.field(Des), "2.5");
 }
 
-TEST(PageSetup, ConfirmStoresOrRefusesWithAMessage)
+TEST_F(PageSetupModelTest, ConfirmStoresOrRefusesWithAMessage)
 {
-    Store s;
-    RecordingMessages m;
-    PageSetupModel f(s.settings, m);
-    f.Carica();
     f.setField(Sin, "x1");
     PageSettings page;
     EXPECT_FALSE(f.confirm(page));
@@ -130,12 +130,8 @@ TEST(PageSetup, ConfirmStoresOrRefusesWithAMessage)
     EXPECT_EQ(s.margini(), (QStringList{"0.9", "1", "12", "2", "2"}));
 }
 
-TEST(PageSetup, PreviewIsTheSheetToScaleWithTheTextFrame)
+TEST_F(PageSetupModelTest, PreviewIsTheSheetToScaleWithTheTextFrame)
 {
-    Store s;
-    RecordingMessages m;
-    PageSetupModel f(s.settings, m);
-    f.Carica();
     PageSetupModel::Preview p = f.preview();
     EXPECT_EQ(p.sheet, QRectF(0, 0, 21 * 57.0, 29.7 * 57));
     EXPECT_EQ(p.frame, QRectF(2 * 57.0, 57, 21 * 57.0 - 4 * 57 - 30, 29.7 * 57 - 2 * 57 - 30));

@@ -109,6 +109,15 @@ struct RulerOverText : ::testing::Test {
     QFrame line;
     int relaid = 0;
     RulerController c{rul, testo, page, &line, [this] { ++relaid; }};
+
+    // The left button pressed, held or let go at x on the ruler.
+    void mouse(QEvent::Type type, double x)
+    {
+        const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+        const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+        QMouseEvent e(type, QPointF(x, 25), QPointF(x, 25), button, held, Qt::NoModifier);
+        QCoreApplication::sendEvent(&rul, &e);
+    }
 };
 
 TEST_F(RulerOverText, IndentGripFollowsTheCaretAndWritesTheIndentBack)
@@ -154,17 +163,11 @@ TEST_F(RulerOverText, MarginGripChangesThePageAndTheGuideLineFollows)
     QObject::connect(&rul, &Rul::Dragging, [&](bool v, int p) { dragging.emplace_back(v, p); });
     int ends = 0;
     QObject::connect(&rul, &Rul::DragEnd, [&] { ++ends; });
-    QMouseEvent press(QEvent::MouseButtonPress, QPointF(from, 25), QPointF(from, 25), Qt::LeftButton,
-                      Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&rul, &press);
-    QMouseEvent move(QEvent::MouseMove, QPointF(to, 25), QPointF(to, 25), Qt::NoButton, Qt::LeftButton,
-                     Qt::NoModifier);
-    QCoreApplication::sendEvent(&rul, &move);
+    mouse(QEvent::MouseButtonPress, from);
+    mouse(QEvent::MouseMove, to);
     EXPECT_FALSE(line.isHidden());
     EXPECT_NEAR(line.x(), to, 1);
-    QMouseEvent release(QEvent::MouseButtonRelease, QPointF(to, 25), QPointF(to, 25), Qt::LeftButton,
-                        Qt::NoButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&rul, &release);
+    mouse(QEvent::MouseButtonRelease, to);
 
     EXPECT_TRUE(line.isHidden());
     ASSERT_GE(dragging.size(), 2u);
@@ -180,8 +183,8 @@ TEST_F(RulerOverText, MarginGripChangesThePageAndTheGuideLineFollows)
 
     // A disabled ruler answers no press.
     rul.setEnabledRuler(false);
-    QCoreApplication::sendEvent(&rul, &press);
-    QCoreApplication::sendEvent(&rul, &release);
+    mouse(QEvent::MouseButtonPress, from);
+    mouse(QEvent::MouseButtonRelease, to);
     EXPECT_EQ(ends, 1);
 }
 
