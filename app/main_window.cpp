@@ -32,6 +32,7 @@
 #include <QProgressBar>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -876,8 +877,14 @@ void MainWindow::showRecentFiles()
 
 void MainWindow::showStartPanel()
 {
-    if (startPanelAtStart(ctx_.settings()))
-        ctx_.document().Novo(1);
+    if (!startPanelAtStart(ctx_.settings()))
+        return;
+    // Over the window once it is on the screen and the splash has gone.
+    QTimer::singleShot(0, this, [this] {
+        runCommand([this] { ctx_.document().Novo(1); });
+        // The keys go back to the window the panel stood over.
+        activateWindow();
+    });
 }
 
 void MainWindow::startAutosave()

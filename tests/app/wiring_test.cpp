@@ -8,6 +8,7 @@
 #include "core/autosave.h"
 #include "core/recent_files.h"
 #include "macro/interpreter.h"
+#include "print/frm_imp.h"
 #include "test_ports.h"
 
 #include <gtest/gtest.h>
@@ -184,6 +185,25 @@ TEST_F(WiringTest, ViewMenuSwitchesThePageLayoutRulerAndZoom)
                                  "page False ruler on 100%", "page False ruler on 200%", "2/1",
                                  "normal True ruler off 200%"}));
     EXPECT_GT(width100, 0);
+}
+
+TEST_F(WiringTest, ConfirmedPageSetupRelaysThePageView)
+{
+    window.action("mnuVisPagina")->trigger();
+    const PageLayout before = *window.editor()->pageLayout();
+    window.action("mnuImpostaPagina")->trigger();
+    auto* dialog = window.findChild<FrmImp*>();
+    ASSERT_NE(dialog, nullptr);
+    PageSettings wide;
+    wide.MargineSin = 4;
+    wide.Orientamento = 2;
+    emit dialog->confirmed(wide);
+    const PageLayout after = *window.editor()->pageLayout();
+    // Landscape gives the text more room even with the wider left margin.
+    EXPECT_EQ(after.left, 2 * before.left);
+    EXPECT_GT(after.textWidth, before.textWidth);
+    EXPECT_EQ(t.context->settings().leggiReg(kApp, "Margini", "4"), "2");
+    dialog->close();
 }
 
 TEST_F(WiringTest, KeyboardShowsAndHidesFromMenuButtonAndMacro)
