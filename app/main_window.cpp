@@ -29,6 +29,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPixmap>
 #include <QProgressBar>
 #include <QStatusBar>
 #include <QToolBar>
@@ -78,9 +79,11 @@ void showColour(ColourCmb* combo, qint64 c)
     const QColor q(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF));
     const int last = combo->count() - 1;
     const QString other = combo->itemText(last);
+    const QIcon blank = combo->itemIcon(last);
     combo->removeItem(last);
     combo->AddItem(q.name().toUpper(), Colour(c));
     combo->AddItem(other);
+    combo->setItemIcon(combo->count() - 1, blank);
     combo->setColour(c);
 }
 
@@ -557,6 +560,10 @@ void MainWindow::buildToolbars()
         cmbC_[i]->setToolTip(colourTips[i]);
         cmbC_[i]->addStandardColours();
         cmbC_[i]->AddItem(kOtherColour);
+        // A blank swatch keeps the caption in line with the colour names.
+        QPixmap blank(cmbC_[i]->iconSize());
+        blank.fill(Qt::transparent);
+        cmbC_[i]->setItemIcon(cmbC_[i]->count() - 1, QIcon(blank));
         cmbC_[i]->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         cmbC_[i]->setMinimumContentsLength(6);
     }
