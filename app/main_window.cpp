@@ -136,6 +136,11 @@ MainWindow::MainWindow(AppContext& context, QWidget* parent)
 
     layout_ = new MainLayout(ctx_.settings(), ctx_.testo(), ctx_.messages(), this);
     layout_->setZoomCombo(cbZoom_);
+    // Once the layout has zoomed, the keys go back to the text.
+    connect(cbZoom_, &QComboBox::textActivated, this, [this] {
+        if (isVisible())
+            ctx_.testo().SetFocus();
+    });
     // The toolbars stay the main window's own: the area starts under them.
     layout_->setWidgets({area, {nullptr, nullptr}, nullptr, nullptr, editor_});
     layout_->setViewActions(action(QStringLiteral("mnuVisNormale")), action(QStringLiteral("mnuVisPagina")),
