@@ -1,9 +1,9 @@
 #include "app/command_line.h"
 
 #include "app/app_context.h"
-#include "app/gui_ports.h"
-#include "app/main_window.h"
 #include "app/scripted_ports.h"
+#include "app/start.h"
+#include "core/procedures.h"
 #include "core/run_dump.h"
 #include "macro/interpreter.h"
 #include "tools/html_export.h"
@@ -13,10 +13,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QIcon>
-#include <QLibraryInfo>
-#include <QLocale>
-#include <QTranslator>
 
 #include <cstdio>
 #include <exception>
@@ -245,36 +241,12 @@ CommandLine finishRunMacro(CommandLine cl, const QStringList& words)
     return cl;
 }
 
-void installItalianTranslation(QCoreApplication& app)
-{
-    // Qt's own dialogs (files, fonts, colours) speak the program's language.
-    auto* qt = new QTranslator(&app);
-    if (qt->load(QLocale(QLocale::Italian, QLocale::Italy), QStringLiteral("qtbase"), QStringLiteral("_"),
-                 QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        QCoreApplication::installTranslator(qt);
-    else
-        delete qt;
-}
-
+// The window's start: the splash, the start sequence and the document
+// of the command line, the same whether or not a path was given.
 int runGui(QApplication& app, const QString& path)
 {
     AppContext::ensureDataFolder();
-    installItalianTranslation(app);
-    // Outside a desktop that names an icon theme, the icons come from the
-    // one the install script brings.
-    QIcon::setFallbackThemeName(QStringLiteral("Adwaita"));
-    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("accessories-text-editor")));
-
-    Ports ports{std::make_unique<GuiMessagePort>(), std::make_unique<GuiDialogPort>(),
-                std::make_unique<GuiShellPort>()};
-    AppContext ctx(std::move(ports));
-    MainWindow window(ctx);
-    ctx.document().Novo(0);
-    if (!path.isEmpty())
-        ctx.openAtStart(path);
-    ctx.document().lenSalvata = float(ctx.testo().length());
-    window.show();
-    return app.exec();
+    return startMainWindow(app, path);
 }
 
 }  // namespace

@@ -1,7 +1,20 @@
 #include "app/main_window.h"
 
+#include "app/frm_av.h"
 #include "app/frm_cor.h"
+#include "app/main_layout.h"
+#include "controls/cmb.h"
 #include "controls/editor_view.h"
+#include "controls/form_tast.h"
+#include "core/autosave.h"
+#include "core/recent_files.h"
+#include "rtf/cls_api_highlight.h"
+#include "rtf/cls_extended_rtf.h"
+#include "rtf/cls_rtf_font_looks.h"
+#include "tools/frm_ffile.h"
+#include "tools/frm_fin.h"
+#include "tools/frm_st.h"
+#include "tools/frm_word_count.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -10,19 +23,19 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QCursor>
-#include <QFontComboBox>
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
-#include <QPainter>
 #include <QPixmap>
 #include <QProgressBar>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QTimer>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 #include <algorithm>
 #include <exception>
@@ -53,51 +66,25 @@ QIcon themeIcon(const QString& name)
     return icon;
 }
 
-// The colours the two colour combos offer, 0x00BBGGRR, with their names.
-struct NamedColour {
-    Colour value;
-    const char* name;
-};
-constexpr NamedColour kColours[] = {
-    {0x000000, "Nero"},      {0x800000, "Blu scuro"},   {0xFF0000, "Blu"},     {0x008000, "Verde"},
-    {0x00FF00, "Verde chiaro"}, {0x808000, "Verde acqua"}, {0x000080, "Bordeaux"}, {0x0000FF, "Rosso"},
-    {0x800080, "Viola"},     {0xFF00FF, "Fucsia"},      {0x008080, "Oliva"},   {0x00A5FF, "Arancione"},
-    {0x00FFFF, "Giallo"},    {0x808080, "Grigio"},      {0xC0C0C0, "Argento"}, {0xFFFFFF, "Bianco"},
-};
+// The last item of the colour combos asks for any other colour.
+const QString kOtherColour = QStringLiteral("Altro colore...");
 
-QColor toQColor(Colour c)
+// Shows colour c, -1 for none. A colour the list lacks, chosen elsewhere,
+// joins the list above the last item, so the combo can show it.
+void showColour(ColourCmb* combo, qint64 c)
 {
-    return QColor(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF));
-}
-
-QIcon swatch(Colour c)
-{
-    QPixmap p(14, 14);
-    p.fill(toQColor(c));
-    QPainter painter(&p);
-    painter.setPen(Qt::darkGray);
-    painter.drawRect(0, 0, 13, 13);
-    return QIcon(p);
-}
-
-void addColourItem(QComboBox* combo, Colour c, const QString& name)
-{
-    combo->addItem(swatch(c), name, QVariant::fromValue(qlonglong(c)));
-}
-
-// Shows colour c in the combo, adding it when the list lacks it; -1 shows none.
-void showColour(QComboBox* combo, long c)
-{
-    if (c < 0) {
-        combo->setCurrentIndex(-1);
+    combo->setColour(c);
+    if (c < 0 || combo->currentIndex() >= 0)
         return;
-    }
-    int i = combo->findData(QVariant::fromValue(qlonglong(c)));
-    if (i < 0) {
-        addColourItem(combo, Colour(c), QStringLiteral("#%1").arg(toQColor(Colour(c)).name().mid(1).toUpper()));
-        i = combo->count() - 1;
-    }
-    combo->setCurrentIndex(i);
+    const QColor q(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF));
+    const int last = combo->count() - 1;
+    const QString other = combo->itemText(last);
+    const QIcon blank = combo->itemIcon(last);
+    combo->removeItem(last);
+    combo->AddItem(q.name().toUpper(), Colour(c));
+    combo->AddItem(other);
+    combo->setItemIcon(combo->count() - 1, blank);
+    combo->setColour(c);
 }
 
 const QStringList kZoomLevels{QStringLiteral("50%"),  QStringLiteral("75%"),  QStringLiteral("80%"),
@@ -117,14 +104,58 @@ MainWindow::MainWindow(AppContext& context, QWidget* parent)
     setCaption(Document::captionFor(kNoDocument));
     registerAllWindows(registry_);
 
-    editor_ = new EditorView(ctx_.testo(), this);
+    // The area below the toolbars holds the text view, placed there by the
+    // layout with the ruler; the keyboard stands under it, across the window.
+    auto* central = new QWidget(this);
+    auto* column = new QVBoxLayout(central);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    auto* area = new QWidget(central);
+    area->setObjectName(QStringLiteral("area"));
+    column->addWidget(area, 1);
+    editor_ = new EditorView(ctx_.testo(), area);
     editor_->setObjectName(QStringLiteral("Testo"));
-    setCentralWidget(editor_);
+    kb_ = new FormTast(ctx_.testo(), central);
+    kb_->setObjectName(QStringLiteral("FormTast"));
+    kb_->hide();
+    column->addWidget(kb_);
+    setCentralWidget(central);
 
     buildMenus();
     buildToolbars();
     buildContextMenus();
     buildStatusBar();
+
+    // The format engines work on the document's own surface.
+    ext_ = std::make_unique<ClsExtendedRTF>(ctx_.messages());
+    ext_->AssignControls(&ctx_.testo(), &ctx_.dialogs());
+    looks_ = std::make_unique<ClsRTFFontLooks>(ctx_.messages());
+    looks_->AssignControls(&ctx_.testo(), &ctx_.dialogs());
+    hl_ = std::make_unique<ClsAPIHighlight>(ctx_.messages());
+    hl_->AssignControls(&ctx_.testo(), &ctx_.dialogs());
+
+    layout_ = new MainLayout(ctx_.settings(), ctx_.testo(), ctx_.messages(), this);
+    layout_->setZoomCombo(cbZoom_);
+    // Once the layout has zoomed, the keys go back to the text.
+    connect(cbZoom_, &QComboBox::textActivated, this, [this] {
+        if (isVisible())
+            ctx_.testo().SetFocus();
+    });
+    // The toolbars stay the main window's own: the area starts under them.
+    layout_->setWidgets({area, {nullptr, nullptr}, nullptr, nullptr, editor_});
+    layout_->setViewActions(action(QStringLiteral("mnuVisNormale")), action(QStringLiteral("mnuVisPagina")),
+                            action(QStringLiteral("mnuRighello")));
+    layout_->setBeforeChange([this] { ctx_.undo().unDO(); });
+
+    recentFiles_ = std::make_unique<RecentFiles>(ctx_.settings());
+    recentFiles_->onChanged = [this] { showRecentFiles(); };
+    recentFiles_->attach(ctx_.document());
+    showRecentFiles();
+    attachStartPanel(ctx_.document(), ctx_.settings(), ctx_.messages(), this);
+    autosave_ = new AutoSave(ctx_.document(), ctx_.settings(), ctx_.messages(), ctx_.dataFolder(), this);
+    toolButton(1, kAutosaveButton)->setChecked(autosave_->attivo());
+    StyleService::instance(ctx_.testo(), ctx_.settings(), ctx_.messages(), ctx_.dialogs(), ctx_.undo())
+        .bindCombo(cbSti_);
     setStatusPanel(kDocumentPanel, QStringLiteral("Nessun documento salvato"));
     resize(1120, 720);
 
@@ -134,6 +165,9 @@ MainWindow::MainWindow(AppContext& context, QWidget* parent)
     ctx_.document().onConalinee = [this] { Conalinee(); };
     connect(&ctx_.testo(), &RichTextSurface::MouseDown, this,
             [this](int button, int, int, int) { onMouseDown(button); });
+    // The line and column follow the caret wherever it was moved from: the
+    // go-to window and a file insertion move it without a change of text.
+    connect(&ctx_.testo(), &RichTextSurface::SelChange, this, [this] { Conalinee(); });
     editor_->installEventFilter(this);
     Conalinee();
     aggText();
@@ -157,6 +191,8 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event)
 
 MainWindow::~MainWindow()
 {
+    ctx_.document().onRecentAdd = nullptr;
+    ctx_.document().onShowStartPanel = nullptr;
     ctx_.undo().onCommands = nullptr;
     ctx_.document().onConalinee = nullptr;
     ctx_.typing().setProcedures(nullptr);
@@ -284,6 +320,8 @@ void MainWindow::buildMenus()
                [this] { coloreTesto(); });
     addCommand(col, QStringLiteral("mnuColoreSfondo"), QStringLiteral("Colore &sfondo..."), {}, none,
                [this] { coloreSfondo(); });
+    addCommand(col, QStringLiteral("mnuColoriSpeciali"), QStringLiteral("Colori ed evidenziazioni speciali..."), {},
+               none, show(Window::frmCE));
     QMenu* st = menu(t, QStringLiteral("mnuSt"), QStringLiteral("St&ile carattere"));
     addCommand(st, QStringLiteral("mnuGrassetto"), QStringLiteral("&Grassetto"), QStringLiteral("format-text-bold"),
                QKeySequence(Qt::CTRL | Qt::Key_B), [this] { Clic(37); });
@@ -495,9 +533,13 @@ void MainWindow::buildToolbars()
         ->setCheckable(true);
 
     // t(1): six combos, then the buttons.
-    cbFont_ = new QFontComboBox(t_[1]);
+    cbFont_ = new FontCmb(t_[1]);
     cbFont_->setObjectName(QStringLiteral("CbFont"));
     cbFont_->setToolTip(QStringLiteral("Carattere"));
+    cbFont_->addSystemFonts();
+    // A font the system lacks still shows by name, and a name can be typed.
+    cbFont_->setEditable(true);
+    cbFont_->setInsertPolicy(QComboBox::NoInsert);
     cbFont_->setMinimumWidth(160);
     cbFont_->setMaximumWidth(200);
     cbDim_ = new QComboBox(t_[1]);
@@ -514,17 +556,19 @@ void MainWindow::buildToolbars()
     cbZoom_ = new QComboBox(t_[1]);
     cbZoom_->setObjectName(QStringLiteral("cbZoom"));
     cbZoom_->setToolTip(QStringLiteral("Zoom"));
-    cbZoom_->addItems(kZoomLevels);
-    cbZoom_->setCurrentIndex(4);
     cbZoom_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    cbZoom_->setMinimumContentsLength(11);
+    cbZoom_->setMinimumContentsLength(5);
     const QString colourTips[2] = {QStringLiteral("Colore testo"), QStringLiteral("Colore evidenziatore")};
     for (int i = 0; i < 2; ++i) {
-        cmbC_[i] = new QComboBox(t_[1]);
+        cmbC_[i] = new ColourCmb(t_[1]);
         cmbC_[i]->setObjectName(QStringLiteral("CmbC%1").arg(i));
         cmbC_[i]->setToolTip(colourTips[i]);
-        for (const NamedColour& c : kColours)
-            addColourItem(cmbC_[i], c.value, QString::fromUtf8(c.name));
+        cmbC_[i]->addStandardColours();
+        cmbC_[i]->AddItem(kOtherColour);
+        // A blank swatch keeps the caption in line with the colour names.
+        QPixmap blank(cmbC_[i]->iconSize());
+        blank.fill(Qt::transparent);
+        cmbC_[i]->setItemIcon(cmbC_[i]->count() - 1, QIcon(blank));
         cmbC_[i]->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         cmbC_[i]->setMinimumContentsLength(6);
     }
@@ -537,7 +581,7 @@ void MainWindow::buildToolbars()
 
     // What the person picks in a combo goes to the selection.
     RichTextSurface& testo = ctx_.testo();
-    connect(cbFont_, &QFontComboBox::activated, this, [this, &testo](int) {
+    connect(cbFont_, &FontCmb::click, this, [this, &testo] {
         runCommand([this, &testo] {
             ctx_.undo().unDO();
             testo.setSelFontName(cbFont_->currentText());
@@ -557,22 +601,8 @@ void MainWindow::buildToolbars()
             testo.setSelFontSize(size);
         });
     });
-    connect(cmbC_[0], &QComboBox::activated, this, [this, &testo](int i) {
-        const Colour c = Colour(cmbC_[0]->itemData(i).toLongLong());
-        runCommand([this, &testo, c] {
-            ctx_.undo().unDO();
-            testo.setSelColor(c);
-        });
-    });
-    connect(cmbC_[1], &QComboBox::activated, this, [this, &testo](int i) {
-        // White is the colour of no highlight.
-        const Colour c = Colour(cmbC_[1]->itemData(i).toLongLong());
-        runCommand([this, &testo, c] {
-            ctx_.undo().unDO();
-            testo.setSelHighlight(c == 0xFFFFFF ? kNoHighlight : c);
-        });
-    });
-    connect(cbZoom_, &QComboBox::textActivated, this, [this](const QString& level) { runCommand([this, level] { zoom(level); }); });
+    connect(cmbC_[0], &QComboBox::activated, this, [this](int i) { runCommand([this, i] { pickTextColour(i); }); });
+    connect(cmbC_[1], &QComboBox::activated, this, [this](int i) { runCommand([this, i] { pickHighlight(i); }); });
 
     addButton(1, 6, QStringLiteral("Grassetto"), QStringLiteral("format-text-bold"), [this] { Clic(37); });
     addButton(1, 7, QStringLiteral("Corsivo"), QStringLiteral("format-text-italic"), [this] { Clic(38); });
@@ -739,10 +769,7 @@ void MainWindow::Form_Load(const QString& commandLine, const std::function<void(
 
     say("Impostazione casella di testo...");
     // The page margins are read by the page setup when it comes.
-    step([&] {
-        if (logic_.autosaveMinutes() != 0)
-            startAutosave();
-    });
+    step([&] { startAutosave(); });
     // Menu style: "Office 2000" draws its menus without pictures.
     step([&] {
         const bool plain = s.leggiReg(kApp, QStringLiteral("Menu"), QStringLiteral("Stile"), QStringLiteral("Office XP"))
@@ -751,14 +778,8 @@ void MainWindow::Form_Load(const QString& commandLine, const std::function<void(
             a->setIconVisibleInMenu(!plain);
     });
     step([&] { readToolbars(); });
-    step([&] {
-        const bool ruler = logic_.rulerShown();
-        if (QAction* a = action(QStringLiteral("mnuRighello")))
-            a->setChecked(ruler);
-        const bool page =
-            s.leggiReg(kApp, QStringLiteral("TipoVis"), QStringLiteral("1")) == QLatin1String("False");
-        action(page ? QStringLiteral("mnuVisPagina") : QStringLiteral("mnuVisNormale"))->setChecked(true);
-    });
+    // The view, the ruler and the page as the settings leave them.
+    step([&] { layout_->ImpostaVis(); });
     step([&] {
         logic_.seedGuideKey();
         updateHelpEntries();
@@ -796,7 +817,7 @@ void MainWindow::Form_Load(const QString& commandLine, const std::function<void(
         showStartPanel();
     step([&] {
         if (s.leggiReg(kApp, QStringLiteral("Tast"), QStringLiteral("1")) == QLatin1String("True"))
-            TasTiER();
+            showKeyboard(true);
     });
 }
 
@@ -804,7 +825,7 @@ void MainWindow::fillFontControls()
 {
     const SettingsStore& s = ctx_.settings();
     syncing_ = true;
-    cbFont_->setCurrentFont(QFont(s.leggiReg(kApp, QStringLiteral("Font"), QStringLiteral("1"), QStringLiteral("Tahoma"))));
+    cbFont_->setText(s.leggiReg(kApp, QStringLiteral("Font"), QStringLiteral("1"), QStringLiteral("Tahoma")));
     cbDim_->setCurrentText(s.leggiReg(kApp, QStringLiteral("Font"), QStringLiteral("2"), QStringLiteral("10")));
     syncing_ = false;
 }
@@ -849,32 +870,50 @@ void MainWindow::writeToolbars()
     }
 }
 
-// Hooks for features built beside the window.
+// The features built beside the window, reached from the start and the close.
 void MainWindow::caricaRecenti()
 {
-    // The recent files fill recentEntry(0..4) and show them.
+    recentFiles_->caricaRecenti();
+}
+
+void MainWindow::showRecentFiles()
+{
+    const auto& captions = recentFiles_->captions();
+    for (int i = 0; i < RecentFiles::kSlots; ++i) {
+        recent_[i]->setText(captions[i]);
+        recent_[i]->setVisible(recentFiles_->itemVisible(i));
+    }
+    // Item 14, the separator over the list.
+    fileMenu_->actions().at(14)->setVisible(recentFiles_->separatorVisible());
 }
 
 void MainWindow::showStartPanel()
 {
-    // The start panel frmAv opens here when the options ask for it.
+    if (!startPanelAtStart(ctx_.settings()))
+        return;
+    // Over the window once it is on the screen and the splash has gone.
+    QTimer::singleShot(0, this, [this] {
+        runCommand([this] { ctx_.document().Novo(1); });
+        // The keys go back to the window the panel stood over.
+        activateWindow();
+    });
 }
 
 void MainWindow::startAutosave()
 {
-    // The autosave timer TimAuTO starts here with the interval of "Salva".
-    toolButton(1, kAutosaveButton)->setChecked(true);
+    autosave_->caricaIntervallo();
 }
 
 void MainWindow::exitSave()
 {
-    // The exit save into the recovery folder runs here.
+    autosave_->salvaUscita();
 }
 
 void MainWindow::showKeyboard(bool shown)
 {
-    // The on-screen keyboard is shown or hidden here.
-    keyboardShown_ = shown;
+    kb_->setVisible(shown);
+    action(QStringLiteral("mnuTastiera"))->setChecked(shown);
+    toolButton(0, 26)->setChecked(shown);
 }
 
 // ---------------------------------------------------------------- close
@@ -987,11 +1026,22 @@ void MainWindow::aggText()
     const FormatControls c = logic_.aggText();
     syncing_ = true;
     if (c.font && cbFont_->currentText() != *c.font)
-        cbFont_->setCurrentFont(QFont(*c.font));
+        cbFont_->setText(*c.font);
     if (cbDim_->currentText() != c.size)
         cbDim_->setCurrentText(c.size);
     showColour(cmbC_[0], c.textColour);
-    showColour(cmbC_[1], c.highlightColour);
+    // No highlight shows as white, a mixed selection as nothing.
+    switch (hl_->IsHighlight()) {
+    case 0:
+        showColour(cmbC_[1], 0xFFFFFF);
+        break;
+    case 1:
+        showColour(cmbC_[1], hl_->GetHighLightColorLong());
+        break;
+    default:
+        showColour(cmbC_[1], -1);
+        break;
+    }
     const RichTextSurface& t = ctx_.testo();
     const std::pair<int, std::optional<bool>> toggles[] = {
         {6, t.SelBold()}, {7, t.SelItalic()}, {8, t.SelUnderline()}, {9, t.SelStrikeThru()}};
@@ -1152,7 +1202,18 @@ void MainWindow::selezionaTutto()
 
 void MainWindow::FindA()
 {
-    // The find window.
+    tornelia::FindA(ctx_.testo(), ctx_.undo(), ctx_.messages(), this);
+}
+
+// The free functions of the tools share these names: hence the namespace.
+void MainWindow::CpAr()
+{
+    tornelia::CpAr(ctx_.testo(), this);
+}
+
+void MainWindow::InSFilE()
+{
+    tornelia::InSFilE(ctx_.testo(), &ctx_.undo(), ctx_.messages(), ctx_.dialogs(), this);
 }
 
 void MainWindow::maiuscoleF2()
@@ -1224,12 +1285,45 @@ void MainWindow::nessunPuntato()
 
 void MainWindow::SelVisible()
 {
-    // Hides the selected text through the format engine.
+    ctx_.undo().unDO();
+    // Each call flips the hidden mark of the selection.
+    looks_->setSelVisible(true);
 }
 
 void MainWindow::HiddenTextShow()
 {
-    // Shows the hidden text again through the format engine.
+    ctx_.undo().unDO();
+    ext_->HiddenTextShow();
+}
+
+void MainWindow::pickTextColour(int index)
+{
+    std::optional<Colour> c;
+    if (cmbC_[0]->itemText(index) == kOtherColour)
+        c = ctx_.dialogs().chooseColour(ctx_.testo().SelColor().value_or(0));
+    else
+        c = Colour(cmbC_[0]->colour());
+    if (c) {
+        ctx_.undo().unDO();
+        ctx_.testo().setSelColor(*c);
+    }
+    aggText();
+}
+
+void MainWindow::pickHighlight(int index)
+{
+    // A colour of the list is set as the text's format; one asked for goes
+    // in through the RTF, as the engine writes any colour.
+    if (cmbC_[1]->itemText(index) == kOtherColour) {
+        if (const auto c = ctx_.dialogs().chooseColour(hl_->GetHighLightColorLong())) {
+            ctx_.undo().unDO();
+            looks_->RTFHighlightHard(*c);
+        }
+    } else {
+        ctx_.undo().unDO();
+        hl_->APIHighlightHard(Colour(cmbC_[1]->colour()));
+    }
+    aggText();
 }
 
 void MainWindow::salvaImmagine()
@@ -1254,34 +1348,23 @@ void MainWindow::toggleToolbar(int bar)
 
 void MainWindow::toggleRuler()
 {
-    // The ruler itself follows the key when the page view shows it.
-    const bool on = !logic_.rulerShown();
-    logic_.setRulerShown(on);
-    action(QStringLiteral("mnuRighello"))->setChecked(on);
+    layout_->mnuRighello();
 }
 
 void MainWindow::setViewKind(bool page)
 {
-    // "False" is the page view, anything else the normal one.
-    ctx_.settings().scriviReg(kApp, QStringLiteral("TipoVis"), QStringLiteral("1"),
-                              page ? QStringLiteral("False") : QStringLiteral("True"));
-    action(page ? QStringLiteral("mnuVisPagina") : QStringLiteral("mnuVisNormale"))->setChecked(true);
+    layout_->mnuTipovis(page ? 1 : 0);
 }
 
-void MainWindow::zoom(const QString& /*level*/)
+void MainWindow::zoom(const QString& level)
 {
-    // The zoom of the text.
+    layout_->mnuZoom(level);
 }
 
 void MainWindow::TasTiER()
 {
-    const bool on = !keyboardShown_;
-    showKeyboard(on);
-    keyboardShown_ = on;
-    ctx_.settings().scriviReg(kApp, QStringLiteral("Tast"), QStringLiteral("1"),
-                              on ? QStringLiteral("True") : QStringLiteral("False"));
-    action(QStringLiteral("mnuTastiera"))->setChecked(on);
-    toolButton(0, 26)->setChecked(on);
+    // The keyboard keeps its state in "Tast" for the next start.
+    showKeyboard(kb_->TasTiER(ctx_.settings()));
 }
 
 void MainWindow::CripT() {}
@@ -1319,9 +1402,9 @@ void MainWindow::informazioni()
     logic_.startProgram(QStringLiteral("about.exe"));
 }
 
-void MainWindow::autosaveToggled(bool /*on*/)
+void MainWindow::autosaveToggled(bool on)
 {
-    // The autosave timer is switched on or off here.
+    autosave_->setAttivo(on);
 }
 
 void MainWindow::showWindow(Window window)

@@ -17,10 +17,10 @@
 #include <QMainWindow>
 
 #include <functional>
+#include <memory>
 
 class QAction;
 class QComboBox;
-class QFontComboBox;
 class QLabel;
 class QMenu;
 class QProgressBar;
@@ -28,7 +28,16 @@ class QToolBar;
 
 namespace tornelia {
 
+class AutoSave;
+class ClsAPIHighlight;
+class ClsExtendedRTF;
+class ClsRTFFontLooks;
+class ColourCmb;
 class EditorView;
+class FontCmb;
+class FormTast;
+class MainLayout;
+class RecentFiles;
 
 class MainWindow : public QMainWindow, public FramePort, public MainProcedures {
     Q_OBJECT
@@ -58,11 +67,16 @@ public:
     QAction* recentEntry(int i) const { return recent_.value(i); }
     QLabel* statusPanel(int index) const;
     QWidget* progressStrip() const { return progress_; }
-    QFontComboBox* CbFont() const { return cbFont_; }
+    FontCmb* CbFont() const { return cbFont_; }
     QComboBox* CbDim() const { return cbDim_; }
     QComboBox* CbSti() const { return cbSti_; }
     QComboBox* cbZoom() const { return cbZoom_; }
-    QComboBox* CmbC(int i) const { return cmbC_[i]; }
+    ColourCmb* CmbC(int i) const { return cmbC_[i]; }
+    // The features the window keeps for the whole run.
+    RecentFiles& recentFiles() { return *recentFiles_; }
+    AutoSave& autosave() { return *autosave_; }
+    MainLayout& layout() { return *layout_; }
+    FormTast* keyboard() const { return kb_; }
 
     // --- FramePort ---
     void setCaption(const QString& caption) override;
@@ -102,6 +116,10 @@ public:
     virtual void inserisciData();
     virtual void eseguiSelezione();
     virtual void CorrEzionE();
+    // Word count and file insertion have their own windows; the macros reach
+    // them through these too.
+    void CpAr() override;
+    void InSFilE() override;
     // Formatting.
     virtual void chooseFont();
     virtual void coloreTesto();
@@ -181,6 +199,11 @@ private:
     void startAutosave();
     void exitSave();
     void showKeyboard(bool shown) override;
+    // The File menu's recent entries, after a change of the list.
+    void showRecentFiles();
+    // The two colour combos: a colour picked from the list, or asked for.
+    void pickTextColour(int index);
+    void pickHighlight(int index);
 
     AppContext& ctx_;
     FrmMainLogic logic_;
@@ -194,18 +217,25 @@ private:
     QList<QAction*> recent_;
     QToolBar* t_[2] = {nullptr, nullptr};
     QList<QAction*> buttons_[2];
-    QFontComboBox* cbFont_ = nullptr;
+    FontCmb* cbFont_ = nullptr;
     QComboBox* cbDim_ = nullptr;
     QComboBox* cbSti_ = nullptr;
     QComboBox* cbZoom_ = nullptr;
-    QComboBox* cmbC_[2] = {nullptr, nullptr};
+    ColourCmb* cmbC_[2] = {nullptr, nullptr};
     QList<QLabel*> panels_;
     QWidget* progress_ = nullptr;
     QLabel* progressLabel_ = nullptr;
     QProgressBar* progressBar_ = nullptr;
     // The controls are being set from the document: their own signals wait.
     bool syncing_ = false;
-    bool keyboardShown_ = false;
+    std::unique_ptr<RecentFiles> recentFiles_;
+    AutoSave* autosave_ = nullptr;
+    MainLayout* layout_ = nullptr;
+    FormTast* kb_ = nullptr;
+    // The format engines, bound to the document's surface.
+    std::unique_ptr<ClsExtendedRTF> ext_;
+    std::unique_ptr<ClsRTFFontLooks> looks_;
+    std::unique_ptr<ClsAPIHighlight> hl_;
 };
 
 }  // namespace tornelia

@@ -4,6 +4,8 @@
 #include "app/frm_cor.h"
 #include "app/frm_opz.h"
 #include "app/frm_recuper.h"
+#include "app/main_window.h"
+#include "core/recent_files.h"
 
 #include <QDir>
 
@@ -15,6 +17,9 @@ void registerAppWindows(WindowRegistry& registry)
     // as it goes: modal, so nothing runs against half-changed values.
     registry.add(Window::FrmOpz, [](const WindowHost& host) {
         auto* w = new FrmOpz(host.context.settings(), host.context.dialogs(), host.context.messages(), host.owner);
+        // Clearing the list there empties the File menu at once.
+        if (auto* main = qobject_cast<MainWindow*>(host.owner))
+            w->setRecentFiles(&main->recentFiles());
         w->setAttribute(Qt::WA_DeleteOnClose);
         w->setWindowModality(Qt::ApplicationModal);
         w->exec();

@@ -188,6 +188,7 @@ TEST(CommandSurfaceTest, MenusHoldTheirEntriesInOrderAndEachReachesItsProcedure)
         "  [C&olore]",
         "    Colore &testo... = coloreTesto",
         "    Colore &sfondo... = coloreSfondo",
+        "    Colori ed evidenziazioni speciali... = show frmCE",
         "  [St&ile carattere]",
         "    &Grassetto = Clic 37",
         "    &Corsivo = Clic 38",
@@ -353,7 +354,7 @@ TEST(CommandSurfaceTest, ToolbarsHoldTheirButtonsAtTheirIndexes)
                            "15 Allineamento a destra = setAlignment 1",
                            "16 Paragrafo puntato = ",
                            "17 -",
-                           "18 Attiva/disattiva salvataggio automatico = autosaveToggled on",
+                           "18 Attiva/disattiva salvataggio automatico = autosaveToggled off",
                        }));
     // The bullet button drops its menu from under itself.
     QMenu* bullets = w.contextMenu("mnuP");

@@ -1,7 +1,9 @@
 // The main window's start and close as the settings see them, and the
 // controls that follow the caret.
 #include "app/main_window.h"
+#include "controls/cmb.h"
 #include "controls/editor_view.h"
+#include "core/autosave.h"
 #include "test_ports.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +13,6 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
-#include <QFontComboBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
@@ -110,7 +111,10 @@ TEST(FrmMainStartTest, BadStartValuesGiveANewDocument)
     EXPECT_FALSE(w.toolBarBreak(w.toolbar(1)));
     EXPECT_EQ((QStringList{w.windowTitle(), t.context->document().nomeFile, t.context->testo().Text()}),
               (QStringList{"Tornelia - Documento 1", "Documento 1", ""}));
-    EXPECT_FALSE(w.toolButton(1, 18)->isChecked());
+    // The interval reads as off: no timer, though the button stays pressed.
+    EXPECT_EQ(w.autosave().minuti(), 0);
+    EXPECT_FALSE(w.autosave().TimAuTO().isActive());
+    EXPECT_TRUE(w.toolButton(1, 18)->isChecked());
     EXPECT_TRUE(t.messages->said.isEmpty());
 }
 
