@@ -357,13 +357,6 @@ void FrmMainLogic::readUndoFlag()
     ctx_.undo().setAnnullaOff(undoDisabled());
 }
 
-int FrmMainLogic::autosaveMinutes() const
-{
-    bool ok = false;
-    const int m = ctx_.settings().leggiReg(kApp, QStringLiteral("Salva"), QStringLiteral("0")).toInt(&ok);
-    return ok && m > 0 ? m : 0;
-}
-
 bool FrmMainLogic::clipboardPanelShown() const
 {
     return ctx_.settings().leggiReg(kApp, QStringLiteral("Appunti"), QStringLiteral("1")) == QLatin1String("1");
@@ -394,17 +387,6 @@ void FrmMainLogic::writeToolbar(int index, const ToolbarPlace& place)
     s.scriviReg(kApp, section, QStringLiteral("1"), place.visible ? QStringLiteral("True") : QStringLiteral("False"));
     s.scriviReg(kApp, section, QStringLiteral("2"), QString::number(place.top));
     s.scriviReg(kApp, section, QStringLiteral("3"), QString::number(place.left));
-}
-
-bool FrmMainLogic::rulerShown() const
-{
-    return isTrue(ctx_.settings().leggiReg(kApp, QStringLiteral("Righello"), QStringLiteral("1")));
-}
-
-void FrmMainLogic::setRulerShown(bool shown)
-{
-    ctx_.settings().scriviReg(kApp, QStringLiteral("Righello"), QStringLiteral("1"),
-                              shown ? QStringLiteral("True") : QStringLiteral("False"));
 }
 
 void FrmMainLogic::writeVersionFile(const QString& version)

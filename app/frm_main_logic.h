@@ -111,13 +111,9 @@ public:
     void writeProgramFolder();
     bool undoDisabled() const;
     void readUndoFlag();
-    // Autosave interval in minutes, 0 when off or unreadable.
-    int autosaveMinutes() const;
     bool clipboardPanelShown() const;
     ToolbarPlace readToolbar(int index) const;
     void writeToolbar(int index, const ToolbarPlace& place);
-    bool rulerShown() const;
-    void setRulerShown(bool shown);
     // "Version.dat" in the data folder: the version and nothing else.
     void writeVersionFile(const QString& version);
     // The close question, asked only when the document has changed; "si"

@@ -250,7 +250,6 @@ TEST_F(FrmMainLogicTest, StartAndCloseSettings)
     SettingsStore& s = t.context->settings();
     const ToolbarPlace fresh = logic.readToolbar(0);
     logic.writeToolbar(1, {false, 450, 1200});
-    s.scriviReg(kApp, "Salva", "0", "5");
     s.scriviReg(kApp, "Ann", "1", "True");
     logic.readUndoFlag();
     logic.writeProgramFolder();
@@ -259,13 +258,11 @@ TEST_F(FrmMainLogicTest, StartAndCloseSettings)
     QFile version(t.folder.filePath("data/Version.dat"));
     ASSERT_TRUE(version.open(QIODevice::ReadOnly));
     EXPECT_EQ(version.readAll(), "1.2.4\r\n");
-    EXPECT_EQ((std::tuple{fresh, logic.readToolbar(1), logic.autosaveMinutes(), t.context->undo().annullaOff()}),
-              (std::tuple{ToolbarPlace{true, 0, 0}, ToolbarPlace{false, 450, 1200}, 5, true}));
+    EXPECT_EQ((std::tuple{fresh, logic.readToolbar(1), t.context->undo().annullaOff()}),
+              (std::tuple{ToolbarPlace{true, 0, 0}, ToolbarPlace{false, 450, 1200}, true}));
     EXPECT_EQ((QStringList{setting("Toolbar 2", "1"), setting("Toolbar 2", "2"), setting("Toolbar 2", "3"),
                            setting("Dir", "2")}),
               (QStringList{"False", "450", "1200", t.folder.filePath("bin") + "/"}));
-    s.scriviReg(kApp, "Salva", "0", "mai");
-    EXPECT_EQ(logic.autosaveMinutes(), 0);
 }
 
 // The question comes only for a change; "si" saves, and a save given up
