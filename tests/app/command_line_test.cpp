@@ -2,27 +2,17 @@
 // the dump of runs, and the answers to a wrong command line.
 #include "app/command_line.h"
 #include "core/codepage.h"
+#include "program_run.h"
+#include "test_ports.h"
 
 #include <gtest/gtest.h>
 
 #include <QDir>
-#include <QFile>
 #include <QJsonDocument>
-#include <QProcess>
-#include <QRegularExpression>
-#include <QTemporaryDir>
-
-#include <ostream>
 
 namespace {
 
-struct Result {
-    int code = -1;
-    std::string out, err;
-    bool operator==(const Result&) const = default;
-};
-
-void PrintTo(const Result& r, std::ostream* os) { *os << r.code << " | " << r.out << " | " << r.err; }
+using tornelia::testing::Result;
 
 const QByteArray kLetter =
     "{\\rtf1\\ansi\\ansicpg1252\\deff0\\deflang1040{\\fonttbl{\\f0\\fswiss\\fcharset0 Tahoma;}"
@@ -30,42 +20,7 @@ const QByteArray kLetter =
     "\\viewkind4\\uc1\\pard\\f0\\fs20 Caro Mario, \\cf1\\b perch\\'e9\\cf0\\b0  no?\\par\r\n"
     "\\pard\\qc\\li567\\f1\\fs24\\i Saluti\\tab da Roma\\i0\\par\r\n}\r\n";
 
-class CommandLineTest : public ::testing::Test {
-protected:
-    QTemporaryDir dir;
-
-    // Runs the program in the test's folder with no display at all, and with
-    // settings and data folders of its own, so the user's settings never
-    // change a result. The system's reason for a failed write is "<why>".
-    Result run(const QStringList& args, const QString& workDir = {})
-    {
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        for (const char* name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
-            env.remove(name);
-        env.insert("XDG_CONFIG_HOME", path("config"));
-        env.insert("XDG_DATA_HOME", path("data"));
-        QProcess p;
-        p.setProcessEnvironment(env);
-        p.setWorkingDirectory(workDir.isEmpty() ? dir.path() : workDir);
-        p.start(TORNELIA_BINARY, args);
-        EXPECT_TRUE(p.waitForFinished(60000)) << "the program did not end";
-        static const QRegularExpression why("(impossibile scrivere [^:]+): .+");
-        const QString err = QString::fromUtf8(p.readAllStandardError()).replace(why, "\\1: <why>");
-        return {p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1, p.readAllStandardOutput().toStdString(),
-                err.toStdString()};
-    }
-    QString path(const QString& name) const { return dir.filePath(name); }
-    void write(const QString& name, const QByteArray& bytes)
-    {
-        QFile f(path(name));
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size());
-    }
-    QByteArray read(const QString& name) const
-    {
-        QFile f(path(name));
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : "<missing>";
-    }
-};
+using CommandLineTest = tornelia::testing::ProgramRunTest;
 
 TEST_F(CommandLineTest, ConvertsBetweenTheThreeKindsAndDumpsTheRuns)
 {
@@ -88,7 +43,7 @@ TEST_F(CommandLineTest, ConvertsBetweenTheThreeKindsAndDumpsTheRuns)
     // Without -o the output goes to the current folder under the input's name.
     ASSERT_TRUE(QDir(dir.path()).mkpath("fuori"));
     write("Lettera a Mario.rtf", kLetter);
-    EXPECT_EQ(run({"--convert-to", "TXT", path("Lettera a Mario.rtf")}, path("fuori")), (Result{0, "", ""}));
+    EXPECT_EQ(run({"--convert-to", "TXT", path("Lettera a Mario.rtf")}, {}, path("fuori")), (Result{0, "", ""}));
     EXPECT_EQ(QDir(path("fuori")).entryList(QDir::Files), QStringList{"Lettera a Mario.txt"});
 
     const QByteArray runs = R"({"paragraphs":[
@@ -135,6 +90,35 @@ TEST_F(CommandLineTest, FaultsEndWithOneLineAndACode)
     for (const auto& [args, result] : cases)
         EXPECT_EQ(run(args), result) << args.join(' ').toStdString();
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList{"a.rtf"});  // nothing was written
+}
+
+// How the arguments make one command. A path with blanks may come whole,
+// quoted, or in pieces; after "--" nothing is an option.
+TEST(CommandLineParseTest, ArgumentsMakeOneCommand)
+{
+    using tornelia::CommandLine;
+    const std::pair<QStringList, QString> cases[] = {
+        {{}, "gui |  |  |  | "},
+        {{"/tmp/a.rtf"}, "gui | /tmp/a.rtf |  |  | "},
+        {{"\"/tmp/Lettera a Mario.rtf\""}, "gui | /tmp/Lettera a Mario.rtf |  |  | "},
+        {{"\"/tmp/Lettera", "a", "Mario.rtf\""}, "gui | /tmp/Lettera a Mario.rtf |  |  | "},
+        {{"/tmp/Lettera", "-", "copia.rtf"}, "gui | /tmp/Lettera - copia.rtf |  |  | "},
+        {{"--", "--strano.rtf"}, "gui | --strano.rtf |  |  | "},
+        {{"-o", "x.tnl", "--convert-to=TNL", "a b.rtf"}, "convert | a b.rtf | tnl | x.tnl | "},
+        {{"-o", "out.rtf", "--run-macro", "m.mac", "in.rtf"}, "macro | in.rtf |  | out.rtf | m.mac"},
+        {{"--run-macro", "m.mac"}, "bad: --run-macro vuole il documento su cui eseguire la macro"},
+        {{"--run-macro"}, "bad: --run-macro vuole il file della macro"},
+        {{"--run-macro", "m.mac", "a", "--convert-to", "rtf"}, "bad: --run-macro va da solo"},
+    };
+    const char* const modes[] = {"gui", "convert", "dump", "macro", "help", "bad"};
+    for (const auto& [args, expected] : cases) {
+        const CommandLine cl = tornelia::parseCommandLine(args);
+        const QString got = cl.mode == CommandLine::Mode::BadUsage
+                                ? "bad: " + cl.error
+                                : QStringList({modes[int(cl.mode)], cl.path, cl.format, cl.output, cl.macro}).join(" | ");
+        EXPECT_EQ(got, expected) << args.join('|').toStdString();
+    }
+    EXPECT_EQ(tornelia::defaultOutputPath("/home/u/doc/lettera.v2.rtf", "txt"), "lettera.v2.txt");
 }
 
 }  // namespace
