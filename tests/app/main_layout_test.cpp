@@ -3,7 +3,6 @@
 // click on a zoomed page lands on the character under it, and the ruler's
 // grip sets the indent of the paragraph.
 #include "app/main_layout.h"
-#include "app/window_registry.h"
 #include "controls/editor_view.h"
 #include "core/rich_text_surface.h"
 #include "core/settings.h"
@@ -18,11 +17,8 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
-#include <QDir>
 #include <QFrame>
 #include <QGraphicsTextItem>
-#include <QLineEdit>
-#include <QRadioButton>
 #include <QMouseEvent>
 #include <QTextBlock>
 #include <QTextLayout>
@@ -88,10 +84,7 @@ TEST(Layout, PageWidthFollowsOrientationMarginsAndZoom)
         double textWidth;
     };
     const Case cases[] = {
-        {upright, "100%", 1, 9639},
         {upright, "50%", 0.5, 9639},
-        {upright, "200%", 2, 9639},
-        {upright, "75%", 0.75, 9639},
         // Shown at 100% but wider: the lines break later, as the level says.
         {upright, "110%", 1, 9639 * 1.1},
         {upright, "", 1, 9639},
@@ -168,12 +161,6 @@ struct Area : ::testing::Test {
                    ": la pagina mostra il testo come sara stampato, con le righe che vanno a capo "
                    "dove andranno sulla carta.\\par ";
         testo.setTextRTF(rtf + "}");
-    }
-    void shot(const QString& name)
-    {
-        const QString dir = qEnvironmentVariable("TORNELIA_SHOTS");
-        if (!dir.isEmpty())
-            area.grab().save(QDir(dir).filePath(name + ".png"));
     }
 
     QTemporaryDir folder;
@@ -299,7 +286,6 @@ TEST_F(Area, ClickOnAZoomedPagePutsTheCaretUnderThePointer)
     EXPECT_EQ(testo.SelStart(), expected);
     EXPECT_EQ(testo.SelLength(), 0);
     EXPECT_GT(expected, testo.fromDocPos(block.position()) + 10);
-    shot("page-200");
 }
 
 TEST_F(Area, DraggingTheIndentGripIndentsTheCurrentParagraph)
@@ -323,7 +309,6 @@ TEST_F(Area, DraggingTheIndentGripIndentsTheCurrentParagraph)
     QWidget* line = layout->guideLine();
     EXPECT_TRUE(line->isVisible());
     EXPECT_NEAR(line->x(), rul->x() + to.x(), 1);
-    shot("ruler-drag");
     QMouseEvent release(QEvent::MouseButtonRelease, to, rul->mapToGlobal(to), Qt::LeftButton, Qt::NoButton,
                         Qt::NoModifier);
     QCoreApplication::sendEvent(rul, &release);
@@ -336,7 +321,6 @@ TEST_F(Area, DraggingTheIndentGripIndentsTheCurrentParagraph)
     testo.setSelStart(0);
     EXPECT_EQ(testo.SelIndent(), 0.0f);
     EXPECT_EQ(rul->Selected(), 1134);
-    shot("ruler-after");
 }
 
 TEST_F(Area, ConfirmedPageReachesTheViewAndTheRuler)
@@ -353,63 +337,6 @@ TEST_F(Area, ConfirmedPageReachesTheViewAndTheRuler)
     PageSettings stored;
     CaricaMargini(settings, stored);
     EXPECT_EQ(stored, (PageSettings{1, 1, 3, 1, 2}));
-}
-
-// Pictures of the area for a person to look at: TORNELIA_SHOTS=<folder>.
-TEST_F(Area, Screenshots)
-{
-    if (qEnvironmentVariableIsEmpty("TORNELIA_SHOTS"))
-        GTEST_SKIP() << "set TORNELIA_SHOTS to a folder";
-    build();
-    fill(8);
-    settle();
-    shot("normal");
-    layout->mnuTipovis(1);
-    for (const QString level : {"50%", "100%", "200%"}) {
-        layout->mnuZoom(level);
-        settle();
-        shot("page-" + level.chopped(1));
-    }
-    layout->mnuTipovis(0);
-    layout->mnuZoom("100%");
-
-    FrmImp page(settings, messages);
-    page.setAttribute(Qt::WA_DeleteOnClose, false);
-    page.show();
-    settle();
-    page.grab().save(QDir(qEnvironmentVariable("TORNELIA_SHOTS")).filePath("frmImp.png"));
-    page.Option2()->click();
-    page.marginField(0)->setText("4");
-    page.model().setField(0, "4");
-    page.update();
-    settle();
-    page.grab().save(QDir(qEnvironmentVariable("TORNELIA_SHOTS")).filePath("frmImp-landscape.png"));
-}
-
-}  // namespace
-}  // namespace tornelia
-
-namespace tornelia {
-namespace {
-
-TEST(PrintWiring, PageWindowOpensOnceAndItsConfirmReachesTheLayout)
-{
-    testing::TestContext t;
-    WindowRegistry registry;
-    registerPrintWindows(registry);
-    QWidget owner;
-    auto* layout = new MainLayout(t.context->settings(), t.context->testo(), t.context->messages(), &owner);
-    MainProcedures procedures;
-    const WindowHost host{*t.context, &owner, procedures};
-    ASSERT_TRUE(registry.open(Window::frmImp, host));
-    ASSERT_TRUE(registry.open(Window::frmImp, host));
-    const QList<FrmImp*> open = owner.findChildren<FrmImp*>();
-    ASSERT_EQ(open.size(), 1);
-    open[0]->marginField(Sin)->setText("3.5");
-    open[0]->Option2()->click();
-    open[0]->confirm();
-    EXPECT_EQ(layout->page(), (PageSettings{1, 1, 3.5, 2, 2}));
-    QApplication::processEvents();
 }
 
 }  // namespace

@@ -3,9 +3,6 @@
 #include "app/frm_av.h"
 #include "app/frm_opz.h"
 #include "app/frm_recuper.h"
-#include "app/window_registry.h"
-#include "core/autosave.h"
-#include "controls/cmb.h"
 #include "controls/form_tast.h"
 #include "test_ports.h"
 
@@ -13,14 +10,11 @@
 
 #include <QCheckBox>
 #include <QDir>
-#include <QTimer>
 #include <QFile>
-#include <QFileInfo>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QSpinBox>
-#include <QTabWidget>
 #include <QToolButton>
 #include <QTreeWidget>
 
@@ -118,41 +112,6 @@ TEST(KeyboardTest, FollowsCapsLockOfTheRealKeyboard)
     EXPECT_EQ(seen, QStringList({"1A", "0a", "1A", "1A", "0a"}));
 }
 
-TEST(KeyboardTest, TasTiERShowsHidesAndRemembers)
-{
-    testing::TestContext t;
-    QWidget window;
-    auto* k = new FormTast(t.context->testo(), &window);
-    k->hide();
-    // The window itself may be hidden yet: what counts is the keyboard's own state.
-    QStringList seen;
-    for (int i = 0; i < 2; ++i) {
-        const bool shown = k->TasTiER(t.context->settings());
-        seen << QString::number(shown) + t.context->settings().leggiReg(kApp, "Tast", "1");
-    }
-    EXPECT_EQ(seen, QStringList({"1True", "0False"}));
-}
-
-TEST(ColourComboTest, ShowsTheColourOrNothing)
-{
-    ColourCmb c;
-    c.addStandardColours();
-    c.setColour(0x0000FF);
-    EXPECT_EQ(c.text(), "Rosso");
-    EXPECT_EQ(c.colour(), 0x0000FF);
-    c.setColour(-1);
-    EXPECT_EQ(c.text(), "");
-    EXPECT_EQ(c.colour(), -1);
-    c.setColour(0x123456);  // not listed
-    EXPECT_EQ(c.colour(), -1);
-    int clicks = 0;
-    QObject::connect(&c, &Cmb::click, [&] { ++clicks; });
-    emit c.activated(2);
-    EXPECT_EQ(clicks, 1);
-    c.Clear();
-    EXPECT_EQ(c.count(), 0);
-}
-
 // --- options ------------------------------------------------------------------
 
 QString allKeys(const SettingsStore& s)
@@ -212,10 +171,6 @@ TEST(OptionsTest, SaveWritesEveryOptionAndCancelNone)
     o.tastiera = false;
     FrmOpz again(s, *t.dialogs, t.context->messages());
     EXPECT_EQ(again.valori(), o);
-    QStringList tabs;
-    for (int i = 0; i < again.tabs()->count(); ++i)
-        tabs << again.tabs()->tabText(i);
-    EXPECT_EQ(tabs, QStringList({"Appunti", "Varie", "File recenti", "Carattere", "Apri e salva"}));
 
     // Autosave unticked writes 0 minutes; the recent list is cleared at once.
     s.scriviReg(kApp, "FileRecenti", "0", "/d/a.tnl");
@@ -295,53 +250,6 @@ TEST(RecoveryWindowTest, ListsDeletesAndOpens)
     EXPECT_EQ(w.list()->topLevelItemCount(), 0);
     EXPECT_EQ(w.note()->text(), "La cartella Temp è vuota");
     EXPECT_EQ(QDir(temp).entryList(QDir::Files), QStringList());
-}
-
-TEST(AppWindowsTest, OpenedOwnedByTheMainWindow)
-{
-    testing::TestContext t;
-    // The recovery window lists the folder the exit save writes to.
-    AutoSave autosave(t.context->document(), t.context->settings(), t.context->messages(),
-                      AppContext::ensureDataFolder());
-    t.context->testo().setText("lasciato");
-    t.context->settings().scriviReg(kApp, "Salva", "1", "1");
-    const QString saved = autosave.salvaUscita(QDateTime(QDate(1999, 12, 31), QTime(23, 59)));
-    ASSERT_FALSE(saved.isEmpty());
-
-    WindowRegistry registry;
-    registerAppWindows(registry);
-    QWidget owner;
-    MainProcedures procedures;
-    QStringList seen;
-    const auto describe = [&](QDialog* d) {
-        seen << d->windowTitle() + (d->isVisible() ? " shown" : " hidden") + (d->isModal() ? " modal" : "")
-                    + (d->testAttribute(Qt::WA_DeleteOnClose) ? " deleted on close" : "");
-    };
-    // The modal ones hold the opener until they are closed.
-    for (const Window window : {Window::FrmOpz, Window::frmCor}) {
-        QTimer::singleShot(0, [&] {
-            auto* d = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-            if (d && d->parent() == &owner) {
-                describe(d);
-                d->close();
-            }
-        });
-        ASSERT_TRUE(registry.open(window, {*t.context, &owner, procedures}));
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        EXPECT_TRUE(owner.findChildren<QDialog*>().isEmpty());
-    }
-    ASSERT_TRUE(registry.open(Window::frmRecuper, {*t.context, &owner, procedures}));
-    QList<QDialog*> open = owner.findChildren<QDialog*>();
-    ASSERT_EQ(open.size(), 1);
-    auto* r = qobject_cast<FrmRecuper*>(open.first());
-    ASSERT_NE(r, nullptr);
-    describe(r);
-    seen << QString::number(r->list()->findItems(QFileInfo(saved).fileName(), Qt::MatchExactly).size());
-    delete r;
-    QFile::remove(saved);
-    // exec() holds the delete-on-close itself and deletes the dialog as it returns.
-    EXPECT_EQ(seen, QStringList({"Opzioni shown modal", "Correzioni automatiche shown modal",
-                                 "Recupero documenti shown deleted on close", "1"}));
 }
 
 }  // namespace

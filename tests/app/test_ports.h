@@ -9,6 +9,7 @@
 #include "app/scripted_ports.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -28,6 +29,34 @@ inline void PrintTo(const QStringList& l, std::ostream* os)
 }
 
 namespace tornelia::testing {
+
+// The name the program gives each window a command shows.
+inline QString windowName(Window w)
+{
+    static const char* const names[] = {"frmImp", "frmIm",   "Form1",  "form2",     "form3", "frmMai",
+                                        "frmGoTo", "frmTimeDate", "frmcic", "Fontt", "FrmSt", "frmHTM",
+                                        "frmOnd",  "frmSott", "FrmApiPed", "frmCE", "frmMac", "frmCor",
+                                        "FrmOpz",  "frmRecuper", "frmInc", "frmApp", "frmZip"};
+    return QString::fromLatin1(names[int(w)]);
+}
+
+// A key pressed and let go on `w`.
+inline void key(QWidget* w, int k, Qt::KeyboardModifiers mods = Qt::NoModifier, const QString& text = {})
+{
+    QKeyEvent down(QEvent::KeyPress, k, mods, text);
+    QCoreApplication::sendEvent(w, &down);
+    QKeyEvent up(QEvent::KeyRelease, k, mods, text);
+    QCoreApplication::sendEvent(w, &up);
+}
+
+// Each character as its key; Return and Tab come as "\r" and "\t".
+inline void typeKeys(QWidget* w, const QString& text)
+{
+    for (const QChar c : text) {
+        const int k = c == '\r' ? Qt::Key_Return : c == '\t' ? Qt::Key_Tab : c.toUpper().unicode();
+        key(w, k, c.isUpper() ? Qt::ShiftModifier : Qt::NoModifier, QString(c));
+    }
+}
 
 class AnsweringMessagePort final : public MessagePort {
 public:

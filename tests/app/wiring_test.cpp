@@ -248,28 +248,5 @@ TEST_F(WiringTest, CaretMovedWithoutTypingMovesTheStatusLine)
     EXPECT_EQ(seen, (QStringList{"Lin: 3, Col: 2", "Lin: 2, Col: 1", "Lin: 1, Col: 1"}));
 }
 
-// Each window a command names opens through the registry, and those whose
-// features are not built yet are not there to open.
-TEST(WindowReachTest, BuiltWindowsAreRegisteredAndTheOthersStayEmpty)
-{
-    WindowRegistry registry;
-    registerAllWindows(registry);
-    QStringList missing;
-    const std::pair<Window, const char*> all[] = {
-        {Window::frmImp, "frmImp"},   {Window::frmIm, "frmIm"},         {Window::Form1, "Form1"},
-        {Window::form2, "form2"},     {Window::form3, "form3"},         {Window::frmMai, "frmMai"},
-        {Window::frmGoTo, "frmGoTo"}, {Window::frmTimeDate, "frmTimeDate"}, {Window::frmcic, "frmcic"},
-        {Window::Fontt, "Fontt"},     {Window::FrmSt, "FrmSt"},         {Window::frmHTM, "frmHTM"},
-        {Window::frmOnd, "frmOnd"},   {Window::frmSott, "frmSott"},     {Window::FrmApiPed, "FrmApiPed"},
-        {Window::frmCE, "frmCE"},     {Window::frmMac, "frmMac"},       {Window::frmCor, "frmCor"},
-        {Window::FrmOpz, "FrmOpz"},   {Window::frmRecuper, "frmRecuper"}, {Window::frmInc, "frmInc"},
-        {Window::frmApp, "frmApp"},   {Window::frmZip, "frmZip"},
-    };
-    for (const auto& [w, name] : all)
-        if (!registry.has(w))
-            missing << name;
-    EXPECT_EQ(missing, (QStringList{"frmIm", "Form1", "form2", "frmInc", "frmApp", "frmZip"}));
-}
-
 }  // namespace
 }  // namespace tornelia

@@ -1,0 +1,150 @@
+// The windows a command shows, as the main window opens them through the
+// registry, and what the ones with a document to act on do to it.
+#include "app/frm_recuper.h"
+#include "app/window_registry.h"
+#include "core/autosave.h"
+#include "macro/frm_mac.h"
+#include "rtf/frm_ce.h"
+#include "test_ports.h"
+
+#include <gtest/gtest.h>
+
+#include <QDialog>
+#include <QFileInfo>
+#include <QListWidget>
+#include <QTimer>
+#include <QTreeWidget>
+
+namespace tornelia::testing {
+namespace {
+
+class WindowRegistryTest : public ::testing::Test {
+protected:
+    WindowRegistryTest() { registerAllWindows(registry); }
+    template <class T> T* open(Window w)
+    {
+        registry.open(w, host);
+        return owner.findChild<T*>();
+    }
+
+    TestContext t;
+    QWidget owner;
+    MainProcedures procedures;
+    WindowRegistry registry;
+    const WindowHost host{*t.context, &owner, procedures};
+};
+
+// The windows of features not built yet are not there to open; a modal one
+// holds the opener until it is closed and is gone once it returns; any other
+// opens under the main window, and asked for again comes back to the front
+// instead of opening a second.
+TEST_F(WindowRegistryTest, EachWindowOpensOnceUnderTheMainWindow)
+{
+    // The recovery window lists the folder the exit save writes to.
+    AutoSave autosave(t.context->document(), t.context->settings(), t.context->messages(),
+                      AppContext::ensureDataFolder());
+    t.context->testo().setText("lasciato");
+    t.context->settings().scriviReg(kApp, "Salva", "1", "1");
+    const QString saved = autosave.salvaUscita(QDateTime(QDate(1999, 12, 31), QTime(23, 59)));
+    ASSERT_FALSE(saved.isEmpty());
+
+    QStringList seen;
+    for (int i = 0; i <= int(Window::frmZip); ++i) {
+        const Window w = Window(i);
+        if (!registry.has(w)) {
+            seen << windowName(w) + " -";
+            continue;
+        }
+        const QList<QWidget*> before = owner.findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+        QString modal;
+        QTimer closer;
+        closer.setSingleShot(true);
+        QObject::connect(&closer, &QTimer::timeout, [&] {
+            auto* d = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            if (d && d->parent() == &owner) {
+                modal = " '" + d->windowTitle() + "' modal";
+                d->close();
+            }
+        });
+        closer.start(0);
+        ASSERT_TRUE(registry.open(w, host)) << windowName(w).toStdString();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        // The recovery list does not bring an open list back yet: opened once.
+        if (modal.isEmpty() && w != Window::frmRecuper)
+            registry.open(w, host);
+        QString line = windowName(w) + modal;
+        for (QWidget* d : owner.findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
+            if (d->isWindow() && !before.contains(d))
+                line += " " + d->objectName() + " '" + d->windowTitle() + "'" + (d->isVisible() ? " shown" : " hidden")
+                        + (d->testAttribute(Qt::WA_DeleteOnClose) ? " deleted on close" : "");
+        seen << line;
+    }
+    auto* recovery = owner.findChild<FrmRecuper*>();
+    ASSERT_NE(recovery, nullptr);
+    EXPECT_EQ(recovery->list()->findItems(QFileInfo(saved).fileName(), Qt::MatchExactly).size(), 1);
+    QFile::remove(saved);
+    // Each line: the window asked for, then each window that came up, by its
+    // name, title and state; a modal one leaves nothing behind.
+    const QStringList expected{
+        "frmImp frmImp 'Imposta pagina' shown deleted on close",
+        "frmIm -",
+        "Form1 -",
+        "form2 -",
+        "form3 form3 'Inserisci caratteri speciali - Visualizzatore caratteri' shown deleted on close",
+        "frmMai frmMai 'Maiuscolo - minuscolo' shown deleted on close",
+        "frmGoTo frmGoTo 'Vai a...' shown deleted on close",
+        "frmTimeDate frmTimeDate 'Data e ora' shown deleted on close",
+        "frmcic frmcic 'Testo ciclico' shown deleted on close",
+        "Fontt Fontt 'Visualizzatore Fonts' shown deleted on close",
+        "FrmSt  'Stili' shown",
+        "frmHTM  'Converti in HTML' shown deleted on close",
+        "frmOnd frmOnd 'Moto ondoso' shown deleted on close",
+        "frmSott frmSott 'Sottolineatura speciale' shown deleted on close",
+        "FrmApiPed FrmApiPed 'Impostazione apice-pedice' shown deleted on close",
+        "frmCE frmCE 'Colori ed evidenziazioni speciali' shown deleted on close",
+        "frmMac frmMac 'Macro' shown deleted on close",
+        "frmCor 'Correzioni automatiche' modal",
+        "FrmOpz 'Opzioni' modal",
+        "frmRecuper frmRecuper 'Recupero documenti' shown deleted on close",
+        "frmInc -",
+        "frmApp -",
+        "frmZip -",
+    };
+    EXPECT_EQ(seen.join("\n").toStdString(), expected.join("\n").toStdString());
+}
+
+TEST_F(WindowRegistryTest, MacrosRunAgainstTheDocument)
+{
+    auto* w = open<frmMac>(Window::frmMac);
+    ASSERT_NE(w, nullptr);
+    t.context->testo().setText(QStringLiteral("mondo"));
+    w->editor().t().setSelText(QStringLiteral("sst(0)\rtype(\"Ciao \")"));
+    w->editor().esegui();
+    EXPECT_EQ(t.context->testo().Text(), "Ciao mondo");
+}
+
+// A rainbow from the colours window, then undone. The store keeps nothing
+// to go back to before its second step: one is taken first, as typing
+// would have.
+TEST_F(WindowRegistryTest, ColoursWindowChangeIsUndone)
+{
+    t.context->document().Novo(0);
+    auto* ce = open<FrmCE>(Window::frmCE);
+    ASSERT_NE(ce, nullptr);
+    RichTextSurface& testo = t.context->testo();
+    testo.setText(QStringLiteral("Arcobaleno"));
+    t.context->undo().unDO();
+    const QString before = testo.TextRTF();
+    testo.setSelStart(0);
+    testo.setSelLength(10);
+    emit ce->lstFil()->itemClicked(ce->lstFil()->item(2));
+    ASSERT_EQ(ce->lstDet()->count(), 2);
+    emit ce->lstDet()->itemClicked(ce->lstDet()->item(0));
+    EXPECT_NE(testo.TextRTF().toStdString(), before.toStdString());
+    EXPECT_EQ(testo.Text().toStdString(), "Arcobaleno");
+    t.context->undo().UnDoo();
+    EXPECT_EQ(testo.TextRTF().toStdString(), before.toStdString());
+}
+
+}  // namespace
+}  // namespace tornelia::testing
