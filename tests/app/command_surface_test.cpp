@@ -17,11 +17,6 @@
 namespace tornelia {
 namespace {
 
-const char* const kWindowNames[] = {"frmImp", "frmIm",  "Form1",   "form2",     "form3",      "frmMai",
-                                    "frmGoTo", "frmTimeDate", "frmcic", "Fontt", "FrmSt",      "frmHTM",
-                                    "frmOnd",  "frmSott", "FrmApiPed", "frmCE",   "frmMac",     "frmCor",
-                                    "FrmOpz",  "frmRecuper", "frmInc", "frmApp",  "frmZip"};
-
 #define REC0(name) \
     void name() override { calls << #name; }
 #define REC1(name, T) \
@@ -37,7 +32,7 @@ public:
     static QString text(int i) { return QString::number(i); }
     static QString text(bool b) { return b ? "on" : "off"; }
 
-    void showWindow(Window w) override { calls << QStringLiteral("show ") + kWindowNames[int(w)]; }
+    void showWindow(Window w) override { calls << "show " + testing::windowName(w); }
     void CmeN() override { ++cmen; }
     REC1(Novo, int)
     REC0(nuovaSessione)
@@ -101,7 +96,7 @@ public:
     REC0(InSFilE)
 };
 
-// Each entry as "caption = what it called", submenus as "[title]" followed
+// Each entry as "caption [key] = what it called", submenus as "[title]" followed
 // by their entries with "  " in front, separators as "-".
 QStringList walk(RecordingWindow& w, QMenu* menu, const QString& indent = {})
 {
@@ -117,7 +112,8 @@ QStringList walk(RecordingWindow& w, QMenu* menu, const QString& indent = {})
             // Entries that wait for a state (undo, guide) are tried all the same.
             a->setEnabled(true);
             a->trigger();
-            out << indent + a->text() + " = " + w.calls.join(", ");
+            const QString keys = a->shortcut().isEmpty() ? QString() : " [" + a->shortcut().toString() + "]";
+            out << indent + a->text() + keys + " = " + w.calls.join(", ");
         }
     }
     return out;
@@ -141,11 +137,11 @@ TEST(CommandSurfaceTest, MenusHoldTheirEntriesInOrderAndEachReachesItsProcedure)
     }
     const QStringList expected{
         "[&File]",
-        "  &Nuovo... = Novo 1",
+        "  &Nuovo... [Ctrl+N] = Novo 1",
         "  Nuova sessione di Tornelia...           = nuovaSessione",
         "  -",
-        "  &Apri = Aprii \"\"",
-        "  &Salva = Salvare \"\"",
+        "  &Apri [Ctrl+O] = Aprii \"\"",
+        "  &Salva [Ctrl+S] = Salvare \"\"",
         "  Salva con nome... = SalvareN",
         "  -",
         "  E&limina file corrente = DelFile",
@@ -154,7 +150,7 @@ TEST(CommandSurfaceTest, MenusHoldTheirEntriesInOrderAndEachReachesItsProcedure)
         "  &Imposta pagina... = show frmImp",
         "  -",
         "  Ant&eprima di stampa... = AntEP",
-        "  &Stampa... = StaMpa",
+        "  &Stampa... [Ctrl+P] = StaMpa",
         "  -",
         "  /tmp/lettera.tnl = RecENt \"/tmp/lettera.tnl\"",
         "  -",
@@ -163,8 +159,8 @@ TEST(CommandSurfaceTest, MenusHoldTheirEntriesInOrderAndEachReachesItsProcedure)
         "  Disabilita annulla = disabilitaAnnulla",
         "  -",
         // Before any change the undo entries say why they are off.
-        "  Annulla disabilitato = UnDoo",
-        "  Impossibile ripristinare = RedOO",
+        "  Annulla disabilitato [Ctrl+Z] = UnDoo",
+        "  Impossibile ripristinare [Ctrl+Y] = RedOO",
         "  -",
         "  Ta&glia = TaGl",
         "  &Copia = CopYa",
@@ -178,8 +174,8 @@ TEST(CommandSurfaceTest, MenusHoldTheirEntriesInOrderAndEachReachesItsProcedure)
         "  -",
         "  &Maiuscole / minuscole...                        = show frmMai",
         "  Conteggio &parole... = CpAr",
-        "  Vai a... = show frmGoTo",
-        "  &Trova... = FindA",
+        "  Vai a... [Ctrl+G] = show frmGoTo",
+        "  &Trova... [Ctrl+F] = FindA",
         "  -",
         "  Invia a... = MaIL \"\"",
         "  maiuscole F2 = maiuscoleF2",
@@ -190,10 +186,10 @@ TEST(CommandSurfaceTest, MenusHoldTheirEntriesInOrderAndEachReachesItsProcedure)
         "    Colore &sfondo... = coloreSfondo",
         "    Colori ed evidenziazioni speciali... = show frmCE",
         "  [St&ile carattere]",
-        "    &Grassetto = Clic 37",
-        "    &Corsivo = Clic 38",
+        "    &Grassetto [Ctrl+B] = Clic 37",
+        "    &Corsivo [Ctrl+I] = Clic 38",
         "    &Barrato = Clic 40",
-        "    &Sottolineato normale = Clic 39",
+        "    &Sottolineato normale [Ctrl+U] = Clic 39",
         "    Sottolineato s&peciale... = show frmSott",
         "  [&Allineamento]",
         "    &Sinistra = setAlignment 0",
@@ -265,7 +261,7 @@ TEST(CommandSurfaceTest, MenusHoldTheirEntriesInOrderAndEachReachesItsProcedure)
         "    Cifra &documento corrente... = cifraDocumentoCorrente",
         "  C&ompressione documento... = show frmZip",
         "[&Help]",
-        "  Guida... = guida",
+        "  Guida... [F1] = guida",
         "  &Aggiornamento programma... = aggiornamento",
         "  -",
         "  Segnala errori... = DeBugG",

@@ -1,6 +1,5 @@
 // The rules behind the main window, run without it: the status line, the
-// format toggles, running the selection, the helpers outside the program
-// and the settings the start and the close read and write.
+// format toggles, running the selection and the helpers outside the program.
 #include "app/frm_main_logic.h"
 #include "app/scripted_ports.h"
 #include "test_ports.h"
@@ -243,50 +242,6 @@ TEST_F(FrmMainLogicTest, EditingCommandsSelectAndInsert)
     seen << testo().Text().left(testo().SelStart());
     EXPECT_EQ(seen, (QStringList{"seconda riga", "31",
                                  QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat)}));
-}
-
-TEST_F(FrmMainLogicTest, StartAndCloseSettings)
-{
-    SettingsStore& s = t.context->settings();
-    const ToolbarPlace fresh = logic.readToolbar(0);
-    logic.writeToolbar(1, {false, 450, 1200});
-    s.scriviReg(kApp, "Ann", "1", "True");
-    logic.readUndoFlag();
-    logic.writeProgramFolder();
-    logic.writeVersionFile("1.2.3");
-    logic.writeVersionFile("1.2.4");
-    QFile version(t.folder.filePath("data/Version.dat"));
-    ASSERT_TRUE(version.open(QIODevice::ReadOnly));
-    EXPECT_EQ(version.readAll(), "1.2.4\r\n");
-    EXPECT_EQ((std::tuple{fresh, logic.readToolbar(1), t.context->undo().annullaOff()}),
-              (std::tuple{ToolbarPlace{true, 0, 0}, ToolbarPlace{false, 450, 1200}, true}));
-    EXPECT_EQ((QStringList{setting("Toolbar 2", "1"), setting("Toolbar 2", "2"), setting("Toolbar 2", "3"),
-                           setting("Dir", "2")}),
-              (QStringList{"False", "450", "1200", t.folder.filePath("bin") + "/"}));
-}
-
-// The question comes only for a change; "si" saves, and a save given up
-// keeps the window as "an" does.
-TEST_F(FrmMainLogicTest, CloseQuestionAnswers)
-{
-    QList<CloseAnswer> answers{logic.QueryUnload()};
-    testo().setText("da salvare");
-    for (const char* a : {"an", "no", "si"}) {
-        t.messages->answers = {a};
-        answers << logic.QueryUnload();
-    }
-    t.dialogs->savePath = t.folder.filePath("salvato.txt");
-    t.messages->answers = {"si"};
-    answers << logic.QueryUnload();
-    EXPECT_EQ(answers, (QList<CloseAnswer>{CloseAnswer::Close, CloseAnswer::Cancel, CloseAnswer::CloseBare,
-                                           CloseAnswer::Cancel, CloseAnswer::Close}));
-    EXPECT_EQ(t.messages->said.size(), 4);
-    QFile saved(*t.dialogs->savePath);
-    EXPECT_EQ(saved.open(QIODevice::ReadOnly) ? saved.readAll() : "<missing>", "da salvare");
-    t.context->undo().unDO();
-    logic.clearForClose();
-    EXPECT_EQ((std::tuple{testo().Text(), t.context->undo().passoTot(), t.context->document().fileCambiato()}),
-              (std::tuple{QString(), 0, false}));
 }
 
 }  // namespace

@@ -36,13 +36,8 @@ QStringList settingsOf(testing::TestContext& t, const QStringList& sections)
     return out;
 }
 
-void key(QWidget* w, int k, Qt::KeyboardModifiers mods = Qt::NoModifier, const QString& text = {})
-{
-    QKeyEvent down(QEvent::KeyPress, k, mods, text);
-    QCoreApplication::sendEvent(w, &down);
-    QKeyEvent up(QEvent::KeyRelease, k, mods, text);
-    QCoreApplication::sendEvent(w, &up);
-}
+using testing::key;
+using testing::typeKeys;
 
 TEST(FrmMainStartTest, StartReadsTheSettingsAndOpensTheCommandLine)
 {
@@ -158,12 +153,7 @@ class FrmMainShownTest : public testing::ShownWindowTest {};
 TEST_F(FrmMainShownTest, ControlsFollowTheCaret)
 {
     EditorView* view = window.editor();
-    for (const QChar c : QString("riga uno")) {
-        key(view, c == ' ' ? Qt::Key_Space : c.toUpper().unicode(), Qt::NoModifier, QString(c));
-    }
-    key(view, Qt::Key_Return, Qt::NoModifier, "\r");
-    for (const QChar c : QString("due"))
-        key(view, c.toUpper().unicode(), Qt::NoModifier, QString(c));
+    typeKeys(view, "riga uno\rdue");
     QStringList seen{window.statusPanel(2)->text()};
 
     // Control+A centres the paragraph and selects nothing; the buttons show it.
@@ -211,12 +201,6 @@ TEST_F(FrmMainShownTest, RightButtonPopsTheMenuThatFits)
               (QStringList{"shown + + + + +", "shown - - + - -", "hidden - - + - -"}));
 }
 
-}  // namespace
-}  // namespace tornelia
-
-namespace tornelia {
-namespace {
-
 // The text view claims the editing keys (Control+Z, Y ...) before any
 // shortcut; those the menus carry must reach the menus.
 TEST_F(FrmMainShownTest, MenuKeysAreNotClaimedByTheText)
@@ -233,8 +217,7 @@ TEST_F(FrmMainShownTest, MenuKeysAreNotClaimedByTheText)
     // Control+C is the text's own, through its key handling.
     EXPECT_EQ(claimed, QStringList{"C"});
 
-    for (const QChar c : QString("uno due "))
-        key(view, c == ' ' ? Qt::Key_Space : c.toUpper().unicode(), Qt::NoModifier, QString(c));
+    typeKeys(view, "uno due ");
     const bool enabled = window.action("mnuAnnulla")->isEnabled();
     window.action("mnuAnnulla")->trigger();
     EXPECT_EQ((QStringList{enabled ? "enabled" : "disabled", testo().Text()}), (QStringList{"enabled", "uno due"}));

@@ -34,12 +34,7 @@ protected:
     {
         QStringList carets;
         for (const QChar c : text) {
-            // Qt's code of a Latin-1 key is the character, in upper case.
-            const int key = c.toUpper().unicode();
-            QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier, QString(c));
-            QCoreApplication::sendEvent(window.editor(), &down);
-            QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier, QString(c));
-            QCoreApplication::sendEvent(window.editor(), &up);
+            testing::key(window.editor(), c.toUpper().unicode(), Qt::NoModifier, QString(c));
             const QTextCursor item = window.editor()->textItem()->textCursor();
             carets << QStringLiteral("%1 %2/%3").arg(testo().SelStart()).arg(item.anchor()).arg(item.position());
         }
@@ -91,7 +86,7 @@ TEST_F(TypingWindowTest, CorrectionsPickedInTheDialogActOnKeysTypedInTheView)
     EXPECT_EQ(carets.toStdString(), "1 1/1 2 2/2 3 3/3 2 2/2 3 3/3 5 5/5 6 6/6 7 7/7 7 7/7 8 8/8");
 }
 
-TEST_F(TypingWindowTest, UndoStoreFollowsTheDocumentAndTheSettings)
+TEST_F(TypingWindowTest, UndoStoreFollowsTheDocument)
 {
     UndoStore& undo = t.context->undo();
     typeKeys(QStringLiteral("uno due tre"));
@@ -100,14 +95,6 @@ TEST_F(TypingWindowTest, UndoStoreFollowsTheDocumentAndTheSettings)
     t.messages->answers = {QStringLiteral("no")};
     t.context->document().Novo(0);
     EXPECT_EQ(std::pair(undo.passoTot(), undo.passoCorr()), std::pair(0, 0));
-
-    // Undo switched off in the settings is off from the start.
-    EXPECT_FALSE(undo.annullaOff());
-    t.context->settings().scriviReg({}, QStringLiteral("Ann"), QStringLiteral("1"), QStringLiteral("True"));
-    AppContext next(Ports{std::make_unique<testing::AnsweringMessagePort>(),
-                          std::make_unique<testing::SaveAsDialogPort>(), std::make_unique<ScriptedShellPort>()},
-                    t.folder.filePath(QStringLiteral("settings")));
-    EXPECT_TRUE(next.undo().annullaOff());
 }
 
 // Where Wingdings is missing the arrows it holds are still drawn as arrows,
