@@ -1,5 +1,6 @@
 // The built program, run as a person runs it from a shell: conversions,
-// the dump of runs, and the answers to a wrong command line.
+// the dump of runs, macros run against a document with no window, and the
+// answers to a wrong command line.
 #include "app/command_line.h"
 #include "core/codepage.h"
 #include "program_run.h"
@@ -21,6 +22,8 @@ const QByteArray kLetter =
     "\\pard\\qc\\li567\\f1\\fs24\\i Saluti\\tab da Roma\\i0\\par\r\n}\r\n";
 
 using CommandLineTest = tornelia::testing::ProgramRunTest;
+
+const QByteArray kShortLetter = "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fswiss Tahoma;}}\\f0\\fs20 Caro \\b Mario\\b0 ,\\par}";
 
 TEST_F(CommandLineTest, ConvertsBetweenTheThreeKindsAndDumpsTheRuns)
 {
@@ -64,17 +67,60 @@ TEST_F(CommandLineTest, ConvertsBetweenTheThreeKindsAndDumpsTheRuns)
     EXPECT_EQ(dump, (Result{0, compact(runs).toStdString(), ""}));
 }
 
+TEST_F(CommandLineTest, MacroRunsAgainstTheDocumentAndSaves)
+{
+    write("lettera.rtf", kShortLetter);
+    // LF line ends, as a shell script writes them.
+    write("saluto.mac",
+          "dim nome, n\n"
+          "a = \"ignored\"\n"
+          "inputbox(nome)\n"
+          "sst(0)\n"
+          "type(nome)\n"
+          "n = msgbox(\"fatto\")\n"
+          "sst(99999)\n"
+          "type(n)\n"
+          "inputbox(nome)\n"
+          "type(nome)\n"
+          "pag()\n");
+    const Result out = run({"--run-macro", "saluto.mac", "lettera.rtf", "-o", "pronta.txt"}, "Gentile \n");
+    // The second question shows the first answer, and finds no line left.
+    EXPECT_EQ(out, (Result{0, "", "fatto\nGentile \n"}));
+    EXPECT_EQ(read("pronta.txt"), "Gentile Caro Mario,1");
+    EXPECT_EQ(read("lettera.rtf"), kShortLetter);
+
+    EXPECT_EQ(run({"--run-macro", "saluto.mac", "lettera.rtf", "-o", "pronta.rtf"}, "X\n"), (Result{0, "", "fatto\nX\n"}));
+    const QByteArray rtf = read("pronta.rtf");
+    EXPECT_TRUE(rtf.contains("XCaro \\b Mario\\b0 ,1")) << rtf.toStdString();
+}
+
+TEST_F(CommandLineTest, MacroWritesBackOnlyWhatChanged)
+{
+    write("doc.txt", "uno due");
+    write("legge.mac", "dim t\r\nsst(0)\r\nsel(3)\r\nseltxt(t)\r\n");
+    write("cambia.mac", "sst(0)\r\nsel(3)\r\ntype(\"tre\")\r\n");
+    EXPECT_EQ(run({"--run-macro", "legge.mac", "doc.txt"}), (Result{0, "", ""}));
+    EXPECT_EQ(read("doc.txt"), "uno due");
+    EXPECT_EQ(run({"--run-macro", "cambia.mac", "doc.txt"}), (Result{0, "", ""}));
+    EXPECT_EQ(read("doc.txt"), "tre due");
+}
+
 // A file that is missing or cannot be written ends with one line and code
 // 1; a wrong command line with what is wrong, the usage and code 2.
 TEST_F(CommandLineTest, FaultsEndWithOneLineAndACode)
 {
     write("a.rtf", kLetter);
+    write("m.mac", "type(\"y\")");
     const std::string usage = tornelia::usageText().toStdString();
     const std::pair<QStringList, Result> cases[] = {
         {{"--convert-to", "txt", "non c'è.rtf"}, {1, "", "tornelia: file inesistente: non c'è.rtf\n"}},
         {{"--dump-runs", "non c'è.rtf"}, {1, "", "tornelia: file inesistente: non c'è.rtf\n"}},
         {{"--dump-runs", "."}, {1, "", "tornelia: non è un file: .\n"}},
         {{"--convert-to", "txt", "a.rtf", "-o", "manca/a.txt"},
+         {1, "", "tornelia: impossibile scrivere manca/a.txt: <why>\n"}},
+        {{"--run-macro", "manca.mac", "a.rtf"}, {1, "", "tornelia: macro inesistente: manca.mac\n"}},
+        {{"--run-macro", "m.mac", "manca.txt"}, {1, "", "tornelia: file inesistente: manca.txt\n"}},
+        {{"--run-macro", "m.mac", "a.rtf", "-o", "manca/a.txt"},
          {1, "", "tornelia: impossibile scrivere manca/a.txt: <why>\n"}},
         {{"--convert-to"}, {2, "", "tornelia: --convert-to vuole un formato: rtf, tnl, txt o html\n" + usage}},
         {{"--convert-to", "doc", "a.rtf"}, {2, "", "tornelia: formato sconosciuto: doc (rtf, tnl, txt o html)\n" + usage}},
@@ -89,7 +135,9 @@ TEST_F(CommandLineTest, FaultsEndWithOneLineAndACode)
     };
     for (const auto& [args, result] : cases)
         EXPECT_EQ(run(args), result) << args.join(' ').toStdString();
-    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList{"a.rtf"});  // nothing was written
+    // Nothing was written, and the document of the macro is as it was.
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), (QStringList{"a.rtf", "m.mac"}));
+    EXPECT_EQ(read("a.rtf"), kLetter);
 }
 
 // How the arguments make one command. A path with blanks may come whole,
