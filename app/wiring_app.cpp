@@ -32,6 +32,12 @@ void registerAppWindows(WindowRegistry& registry)
     });
     // The recovery list can stay open beside the document.
     registry.add(Window::frmRecuper, [](const WindowHost& host) {
+        // Asked for again, the open list comes to the front.
+        if (auto* open = host.owner->findChild<FrmRecuper*>(QString(), Qt::FindDirectChildrenOnly)) {
+            open->raise();
+            open->activateWindow();
+            return;
+        }
         const QString temp = QDir(AppContext::ensureDataFolder()).filePath(QStringLiteral("temp"));
         auto* w = new FrmRecuper(host.context.document(), host.context.messages(), host.context.shell(), temp,
                                  host.owner);

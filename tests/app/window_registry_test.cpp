@@ -69,8 +69,7 @@ TEST_F(WindowRegistryTest, EachWindowOpensOnceUnderTheMainWindow)
         closer.start(0);
         ASSERT_TRUE(registry.open(w, host)) << windowName(w).toStdString();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        // The recovery list does not bring an open list back yet: opened once.
-        if (modal.isEmpty() && w != Window::frmRecuper)
+        if (modal.isEmpty())
             registry.open(w, host);
         QString line = windowName(w) + modal;
         for (QWidget* d : owner.findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
