@@ -56,6 +56,22 @@ void BM_TextRTF_Read50k(benchmark::State& state)
 }
 BENCHMARK(BM_TextRTF_Read50k)->Unit(benchmark::kMillisecond);
 
+// One character typed in the middle of a 50,000-character document, then the
+// character before the caret read back, as the typing corrections do after
+// every key. The document grows by one character per iteration.
+void BM_TypeCharacter50k(benchmark::State& state)
+{
+    auto s = bench::formattedDocument(50000);
+    s->setSelStart(s->length() / 2);
+    for (auto _ : state) {
+        s->typeText(QStringLiteral("x"));
+        const long caret = s->SelStart();
+        benchmark::DoNotOptimize(s->Text().at(caret - 1));
+    }
+    state.counters["chars"] = double(s->length());
+}
+BENCHMARK(BM_TypeCharacter50k)->Unit(benchmark::kMicrosecond);
+
 // One temporary copy of the large file for the whole run.
 const QString& largeFile()
 {

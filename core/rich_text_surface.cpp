@@ -56,6 +56,26 @@ QString toSymbolBytes(const QString& text)
     return out;
 }
 
+// The document's raw characters as Text shows them: a paragraph break as
+// CR LF, a line break inside a paragraph as a vertical tab.
+QString toSurfaceText(QStringView raw)
+{
+    const qsizetype breaks = std::count(raw.begin(), raw.end(), QChar(QChar::ParagraphSeparator));
+    QString t(raw.size() + breaks, Qt::Uninitialized);
+    QChar* out = t.data();
+    for (const QChar c : raw) {
+        if (c == QChar::ParagraphSeparator) {
+            *out++ = u'\r';
+            *out++ = u'\n';
+        } else if (c == QChar::LineSeparator) {
+            *out++ = u'\v';
+        } else {
+            *out++ = c;
+        }
+    }
+    return t;
+}
+
 }  // namespace
 
 RichTextSurface::RichTextSurface(QObject* parent) : QObject(parent), doc_(new QTextDocument(this))
@@ -86,7 +106,27 @@ void RichTextSurface::setDefaultFormat(const QString& fontName, float pointSize)
 
 void RichTextSurface::onContentsChange()
 {
-    textCacheValid_ = false;
+    // An edit the surface made itself, with the cached text still good, is
+    // spliced into the cache: rebuilding the whole text after every
+    // insertion made each edit cost the length of the document, which is
+    // what a replace-all of thousands of hits or typing in a long document
+    // pays over and over. Any other change (formats, the RTF reader, a view
+    // writing to the document) drops the cache.
+    if (pendingSplice_ && textCacheValid_) {
+        const Splice sp = *pendingSplice_;
+        const int docEnd = cursor_.position();
+        QString raw(std::max(0, docEnd - sp.docFrom), Qt::Uninitialized);
+        for (int i = 0; i < raw.size(); ++i)
+            raw[i] = doc_->characterAt(sp.docFrom + i);
+        textCache_.replace(sp.from, sp.removed, toSurfaceText(raw));
+        // A removal that crossed a table or a frame may have left more than
+        // it was asked to; the length (cheap to know) catches it.
+        if (textCache_.size() != length())
+            textCacheValid_ = false;
+    } else {
+        textCacheValid_ = false;
+    }
+    pendingSplice_.reset();
     emit Change();
 }
 
@@ -127,18 +167,7 @@ long RichTextSurface::fromDocPos(int docPos) const
 QString RichTextSurface::Text() const
 {
     if (!textCacheValid_) {
-        const QString raw = doc_->toRawText();
-        QString t;
-        t.reserve(raw.size() + doc_->blockCount());
-        for (const QChar c : raw) {
-            if (c == QChar::ParagraphSeparator)
-                t += QLatin1String("\r\n");
-            else if (c == QChar::LineSeparator)
-                t += u'\v';
-            else
-                t += c;
-        }
-        textCache_ = t;
+        textCache_ = toSurfaceText(doc_->toRawText());
         textCacheValid_ = true;
     }
     return textCache_;
@@ -312,10 +341,14 @@ void RichTextSurface::setSelText(const QString& text)
 {
     QTextCharFormat f = insertionFormat();
     const QString docText = toDocumentText(text);
+    if (textCacheValid_)
+        pendingSplice_ = Splice{SelStart(), SelLength(), cursor_.selectionStart()};
     cursor_.beginEditBlock();
     cursor_.removeSelectedText();
     cursor_.insertText(isSymbolCharset(f) ? toSymbolBytes(docText) : docText, f);
     cursor_.endEditBlock();
+    // Nothing changed (an empty text over an empty selection): no splice to make.
+    pendingSplice_.reset();
     pendingFormat_.reset();
     notifySelection();
 }

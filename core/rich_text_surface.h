@@ -218,6 +218,15 @@ private:
     int zoomDen_ = 0;
     mutable QString textCache_;
     mutable bool textCacheValid_ = false;
+    // The edit setSelText is making, in Text positions, for the cache: the
+    // text from `from` for `removed` characters gives way to what the
+    // document holds from `docFrom` to the caret once the edit is done.
+    struct Splice {
+        long from;
+        long removed;
+        int docFrom;
+    };
+    std::optional<Splice> pendingSplice_;
     int selectionNotifyBlock_ = 0;
     long lastSelStart_ = 0;
     long lastSelLength_ = 0;

@@ -389,3 +389,89 @@ TEST(Surface, RandomDocumentsKeepTheInvariants)
         ASSERT_TRUE(test::selectionRoundTripHolds(s, std::min(a, b), std::abs(a - b))) << "round " << round;
     }
 }
+
+namespace {
+
+// Text as the document holds it, read straight from its raw characters.
+QString rawAsText(const RichTextSurface& s)
+{
+    QString t = s.document()->toRawText();
+    t.replace(QChar(QChar::ParagraphSeparator), QLatin1String("\r\n"));
+    t.replace(QChar(QChar::LineSeparator), u'\v');
+    return t;
+}
+
+}  // namespace
+
+// Text is read between edits, as a search or typing does, so every edit has
+// to leave it exactly as a model of the same edits on a plain string: breaks
+// of every spelling inserted, selections over breaks and between CR and LF,
+// format changes in between.
+TEST(Surface, TextFollowsEveryEditWhenReadBetweenThem)
+{
+    std::mt19937 rng(4242);
+    auto pick = [&](int n) { return int(rng() % unsigned(n)); };
+    const QStringList inserts = {QString(), QStringLiteral("x"), QStringLiteral("E"), QStringLiteral("a\r\nb"),
+                                 QStringLiteral("\n"), QStringLiteral("c\rd"), QStringLiteral("\r\n\r\n"),
+                                 QStringLiteral("line\vbreak"), QStringLiteral("tab\there"),
+                                 QStringLiteral("è€\u2028")};
+    // What each insert becomes in Text: every break spelling is CR LF, a
+    // line separator reads as a vertical tab.
+    auto normal = [](QString t) {
+        t.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+        t.replace(u'\r', u'\n');
+        t.replace(QLatin1String("\n"), QLatin1String("\r\n"));
+        t.replace(QChar(QChar::LineSeparator), u'\v');
+        return t;
+    };
+    for (int round = 0; round < 20; ++round) {
+        RichTextSurface s;
+        QString model = QStringLiteral("first line\r\nsecond\r\n\r\nfourth one");
+        s.setText(model);
+        ASSERT_EQ(s.Text(), model);
+        for (int edit = 0; edit < 60; ++edit) {
+            const long len = s.length();
+            const long a = pick(int(len) + 1);
+            const long b = pick(int(len) + 1);
+            s.setSelStart(std::min(a, b));
+            s.setSelLength(std::abs(a - b));
+            if (pick(6) == 0) {
+                s.setSelBold(pick(2));
+            } else {
+                const QString ins = inserts[pick(int(inserts.size()))];
+                model.replace(s.SelStart(), s.SelLength(), normal(ins));
+                s.setSelText(ins);
+            }
+            ASSERT_EQ(str(s.Text()), str(model)) << "round " << round << " edit " << edit;
+            ASSERT_EQ(s.length(), model.size());
+            ASSERT_EQ(s.Find(QStringLiteral("line"), 0, -1, RichTextSurface::NoHighlight),
+                      model.indexOf(QStringLiteral("line"), 0, Qt::CaseInsensitive));
+        }
+    }
+}
+
+// Edits whose result is not just the text written: a symbol font keeps its
+// characters as byte values, a selection over a table leaves the cells'
+// marks behind. Text still reads what the document holds.
+TEST(Surface, TextAfterEditsThatTheDocumentReshapes)
+{
+    RichTextSurface s;
+    s.setText(QStringLiteral("ab\r\ncd"));
+    ASSERT_EQ(str(s.Text()), "ab\r\ncd");
+    s.setSelStart(1);
+    s.setSelFontName(QStringLiteral("Wingdings"));
+    s.setSelText(QStringLiteral("zz"));
+    EXPECT_EQ(s.Text(), rawAsText(s));
+    EXPECT_EQ(s.Text().size(), 8);
+    EXPECT_NE(s.Text().mid(1, 2), QStringLiteral("zz"));
+
+    s.setTextRTF(QStringLiteral("{\\rtf1\\ansi before\\par\\trowd\\cellx1000\\cellx2000 "
+                                "one\\cell two\\cell\\row after\\par}"));
+    const QString before = s.Text();
+    ASSERT_EQ(before, rawAsText(s));
+    s.setSelStart(3);
+    s.setSelLength(before.size() - 6);
+    s.setSelText(QStringLiteral("-"));
+    EXPECT_EQ(s.Text(), rawAsText(s));
+    EXPECT_EQ(s.length(), s.Text().size());
+}
