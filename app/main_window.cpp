@@ -1182,12 +1182,12 @@ void MainWindow::DeleteSelectedText()
 
 void MainWindow::appunti()
 {
-    // The clipboard panel is shown or hidden here.
+    runFeature(Feature::appunti);
 }
 
 void MainWindow::opzioniAppunti()
 {
-    // The clipboard panel's options.
+    runFeature(Feature::opzioniAppunti);
 }
 
 void MainWindow::selezionaRiga()
@@ -1233,7 +1233,7 @@ void MainWindow::eseguiSelezione()
 
 void MainWindow::CorrEzionE()
 {
-    // The text correction.
+    runFeature(Feature::CorrEzionE);
 }
 
 void MainWindow::chooseFont()
@@ -1328,12 +1328,12 @@ void MainWindow::pickHighlight(int index)
 
 void MainWindow::salvaImmagine()
 {
-    // The picture under the caret saved to a file.
+    runFeature(Feature::salvaImmagine);
 }
 
 void MainWindow::proprietaImmagine()
 {
-    // The picture's properties.
+    runFeature(Feature::proprietaImmagine);
 }
 
 void MainWindow::toggleToolbar(int bar)
@@ -1367,10 +1367,25 @@ void MainWindow::TasTiER()
     showKeyboard(kb_->TasTiER(ctx_.settings()));
 }
 
-void MainWindow::CripT() {}
-void MainWindow::DeCripT() {}
-void MainWindow::cifraturaDocumento() {}
-void MainWindow::cifraDocumentoCorrente() {}
+void MainWindow::CripT()
+{
+    runFeature(Feature::CripT);
+}
+
+void MainWindow::DeCripT()
+{
+    runFeature(Feature::DeCripT);
+}
+
+void MainWindow::cifraturaDocumento()
+{
+    runFeature(Feature::cifraturaDocumento);
+}
+
+void MainWindow::cifraDocumentoCorrente()
+{
+    runFeature(Feature::cifraDocumentoCorrente);
+}
 
 void MainWindow::sarbena()
 {
@@ -1389,7 +1404,7 @@ void MainWindow::aggiornamento()
 
 void MainWindow::DeBugG()
 {
-    // The error report.
+    runFeature(Feature::DeBugG);
 }
 
 void MainWindow::sitoWeb()
@@ -1419,7 +1434,27 @@ void MainWindow::showWindow(Window window)
 
 void MainWindow::AntEP()
 {
-    // The print preview.
+    runFeature(Feature::AntEP);
+}
+
+void MainWindow::StaMpa()
+{
+    runFeature(Feature::StaMpa);
+}
+
+void MainWindow::PaRImM()
+{
+    runFeature(Feature::PaRImM);
+}
+
+void MainWindow::MaIL(const QString& address)
+{
+    runFeature(Feature::MaIL, address);
+}
+
+bool MainWindow::runFeature(Feature feature, const QString& argument)
+{
+    return registry_.run(feature, WindowHost{ctx_, this, *this}, argument);
 }
 
 void MainWindow::showForm1()

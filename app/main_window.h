@@ -156,6 +156,12 @@ public:
     // --- MainProcedures ---
     void showWindow(Window window) override;
     void AntEP() override;
+    void StaMpa() override;
+    void PaRImM() override;
+    void MaIL(const QString& address) override;
+    // Runs a procedure that a feature folder registered; false while none is.
+    bool runFeature(Feature feature, const QString& argument = QString());
+    const WindowRegistry& registry() const { return registry_; }
     void showForm1() override;
     void CmeN() override;
     // The toolbar's font controls, colours and buttons follow the caret.

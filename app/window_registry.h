@@ -7,6 +7,8 @@
 
 #include "core/procedures.h"
 
+#include <QString>
+
 #include <functional>
 #include <map>
 
@@ -25,10 +27,48 @@ struct WindowHost {
 
 using WindowOpener = std::function<void(const WindowHost&)>;
 
+// The procedures whose work lives in a feature folder. A command that reaches
+// one is enabled only once its folder has registered the procedure, so no
+// command can look finished and do nothing.
+enum class Feature {
+    StaMpa,                  // print
+    AntEP,                   // print preview
+    PaRImM,                  // picture bullets
+    MaIL,                    // send the document by mail; the argument is the address
+    appunti,                 // show or hide the clipboard panel
+    opzioniAppunti,          // the clipboard panel's options
+    CorrEzionE,              // spelling
+    salvaImmagine,           // save the selected picture
+    proprietaImmagine,       // the selected picture's properties
+    CripT,                   // encrypt the document
+    DeCripT,                 // decrypt the document
+    cifraturaDocumento,      // the encryption window
+    cifraDocumentoCorrente,  // encrypt the current document
+    DeBugG,                  // the error report
+    informazioni,            // about the program
+    associazioni,            // file association (the options window's button)
+    lettera,                 // the start panel's letter composer
+    fax,                     // the start panel's fax composer
+};
+
+// The argument is the command's own (an address, a paste mode); most take none.
+using FeatureAction = std::function<void(const WindowHost&, const QString& argument)>;
+
 class WindowRegistry {
 public:
     void add(Window window, WindowOpener opener) { openers_[window] = std::move(opener); }
     bool has(Window window) const { return openers_.count(window) > 0; }
+    void addFeature(Feature feature, FeatureAction action) { features_[feature] = std::move(action); }
+    bool hasFeature(Feature feature) const { return features_.count(feature) > 0; }
+    // False when the feature has not been registered.
+    bool run(Feature feature, const WindowHost& host, const QString& argument = QString()) const
+    {
+        const auto it = features_.find(feature);
+        if (it == features_.end())
+            return false;
+        it->second(host, argument);
+        return true;
+    }
     // False when nothing is registered for the window.
     bool open(Window window, const WindowHost& host) const
     {
@@ -41,6 +81,7 @@ public:
 
 private:
     std::map<Window, WindowOpener> openers_;
+    std::map<Feature, FeatureAction> features_;
 };
 
 // One per feature folder, each in its own wiring_<folder>.cpp.
@@ -49,6 +90,11 @@ void registerToolsWindows(WindowRegistry& registry);
 void registerMacroWindows(WindowRegistry& registry);
 void registerPrintWindows(WindowRegistry& registry);
 void registerAppWindows(WindowRegistry& registry);
+void registerClipboardWindows(WindowRegistry& registry);
+void registerServicesWindows(WindowRegistry& registry);
+void registerPicturesWindows(WindowRegistry& registry);
+void registerColourWindows(WindowRegistry& registry);
+void registerFileDialogWindows(WindowRegistry& registry);
 
 inline void registerAllWindows(WindowRegistry& registry)
 {
@@ -57,6 +103,11 @@ inline void registerAllWindows(WindowRegistry& registry)
     registerToolsWindows(registry);
     registerMacroWindows(registry);
     registerPrintWindows(registry);
+    registerClipboardWindows(registry);
+    registerServicesWindows(registry);
+    registerPicturesWindows(registry);
+    registerColourWindows(registry);
+    registerFileDialogWindows(registry);
 }
 
 }  // namespace tornelia

@@ -36,6 +36,14 @@ enum class Window {
     frmInc,       // special copy and paste
     frmApp,       // clipboard viewer
     frmZip,       // compression
+    frmPreview,   // print preview
+    frmPar,       // picture bullets
+    cR,           // document encryption
+    FrmDebuG,     // error report
+    FrmAsso,      // file association
+    frmLett,      // letter composer
+    frmFax,       // fax composer
+    frmSpell,     // spelling
 };
 
 class MainProcedures : public TypingProcedures {

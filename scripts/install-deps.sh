@@ -8,8 +8,11 @@ packages=(
   qt6-base-dev qt6-base-dev-tools qt6-translations-l10n libgl-dev
   libgtest-dev libbenchmark-dev
   adwaita-icon-theme fonts-dejavu-core
-  xvfb xauth xdotool imagemagick
+  xvfb xauth xdotool imagemagick openbox xclip
   clang
+  libhunspell-dev hunspell-it hunspell-en-us
+  libzip-dev libsodium-dev zip unzip
+  poppler-utils unrtf
 )
 
 missing=()
