@@ -304,9 +304,10 @@ bool FolderReader::accepts(const QFileInfo& info) const
     const QString name = info.fileName();
     if (!hidden_ && name.startsWith(u'.'))
         return false;
-    if (isSpecial(info))
-        return system_ && filesToo_;
-    if (info.isDir())
+    const bool special = isSpecial(info);
+    if (special && !system_)
+        return false;
+    if (info.isDir() && !special)
         return true;
     if (!filesToo_)
         return false;
