@@ -340,7 +340,14 @@ frmCD::frmCD(CdRequest request, SettingsStore& settings, MessagePort& messages, 
     connect(list_, &QTreeView::activated, this, &frmCD::activated);
     connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, &frmCD::selected);
     connect(filter_, &QComboBox::activated, this, [this](int i) {
+        // A name typed for saving follows the new filter's extension.
+        const QString before = logic_.defaultExt();
         logic_.setFilterIndex(i);
+        const QString after = logic_.defaultExt();
+        const QString typed = name_->text();
+        if (logic_.request().mode == CdMode::Salva && !before.isEmpty() && !after.isEmpty()
+            && typed.endsWith(before, Qt::CaseInsensitive))
+            name_->setText(typed.left(typed.size() - before.size()) + after);
         agg();
     });
     connect(actionButton_, &QPushButton::clicked, this, &frmCD::action);

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QComboBox>
 #include <QFile>
 #include <QImage>
 #include <QLabel>
@@ -108,6 +109,13 @@ TEST(FrmCD, SaveModeSuggestsTheNameAndTheBarTakesNewEntries)
     EXPECT_EQ(dialog.windowTitle(), "Seleziona il file da salvare");
     EXPECT_EQ(dialog.findChild<QPushButton*>("azione")->text(), "Salva");
     EXPECT_EQ(dialog.findChild<QLineEdit*>("nome")->text(), "Documento 1.tnl");
+    // Picking "Rich Text File (*.rtf)" carries the typed name along.
+    auto* filter = dialog.findChild<QComboBox*>("filtro");
+    ASSERT_EQ(filter->itemText(2), "Rich Text File (*.rtf)");
+    filter->activated(2);
+    EXPECT_EQ(dialog.findChild<QLineEdit*>("nome")->text(), "Documento 1.rtf");
+    dialog.findChild<QPushButton*>("azione")->click();
+    EXPECT_EQ(dialog.result(), f.dir.path() + "/Documento 1.rtf");
 
     frmTb tb(f.settings, f.messages);
     EXPECT_EQ(tb.windowTitle(), "Organizza Barra delle Risorse");
