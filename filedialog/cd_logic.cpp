@@ -528,6 +528,11 @@ std::optional<QString> CdLogic::confirmOpen(const QString& path)
                 return candidate;
         }
     }
+    // Only a document can start empty; a picture or a file to insert must be there.
+    if (request_.mode != CdMode::Apri) {
+        messages_.mostraMsg(QStringLiteral("File inesistente"), QStringLiteral("Il file selezionato non esiste!"), 0, 2);
+        return std::nullopt;
+    }
     const QString target = extensionOf(QFileInfo(path).fileName()).isEmpty() ? path + defaultExt() : path;
     if (messages_.mostraMsg(QStringLiteral("File inesistente"), QStringLiteral("Il file non esiste, vuoi crearlo?"),
                             2, 4)

@@ -380,7 +380,8 @@ void frmCD::fillDrives()
     const QIcon disk = QIcon::fromTheme(QStringLiteral("drive-harddisk"),
                                         QFileIconProvider().icon(QFileIconProvider::Drive));
     for (const QStorageInfo& v : QStorageInfo::mountedVolumes()) {
-        if (!v.isValid() || !v.isReady() || v.rootPath() == QLatin1String("/"))
+        // A file mounted over another (a container's /etc/hosts) is no drive.
+        if (!v.isValid() || !v.isReady() || v.rootPath() == QLatin1String("/") || !QFileInfo(v.rootPath()).isDir())
             continue;
         // Only volumes a person keeps files on: removable media, other disks.
         const QByteArray fs = v.fileSystemType();

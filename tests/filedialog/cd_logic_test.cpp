@@ -187,8 +187,14 @@ TEST_F(CdLogicTest, ListsFoldersFirstAndFilesByTheFilter)
                                     "vuoto.tnl | 0 Kb | File TNL",
                                 }));
 
+    // A picture must be there: nothing is offered to be made.
     CdLogic pictures = logic(FileChoice::OpenPicture);
     EXPECT_EQ(rows(pictures.list()).back(), "foto.png | 5 Kb | File PNG");
+    EXPECT_EQ(pictures.conferma("foto"), path("foto.png"));
+    EXPECT_EQ(pictures.conferma("altra.png"), std::nullopt);
+    EXPECT_EQ(messages.shown, (Lines{"File inesistente | Il file selezionato non esiste! | 0"}));
+    EXPECT_FALSE(QFile::exists(path("altra.png")));
+    messages.shown.clear();
 
     // The folder mode adds "Cartella", which lists folders alone.
     CdRequest r = requestFor(FileChoice::OpenDocument, settings);
