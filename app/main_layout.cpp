@@ -348,6 +348,15 @@ void MainLayout::moVCliP()
     layoutPass();
 }
 
+void MainLayout::setClipPanel(QWidget* clip, QWidget* separator)
+{
+    w_.clip = clip;
+    w_.separator = separator;
+    if (clip)
+        clip->installEventFilter(this);
+    layoutPass();
+}
+
 bool MainLayout::eventFilter(QObject* watched, QEvent* event)
 {
     const QEvent::Type t = event->type();
