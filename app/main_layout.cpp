@@ -316,7 +316,9 @@ int MainLayout::layoutPass()
     if (rulerShown)
         in.rulerHeight = rul_->sizeHint().height();
     if (w_.clip && !w_.clip->isHidden())
-        in.clipWidth = w_.clip->width() >= 20 ? w_.clip->width() : w_.clip->sizeHint().width();
+        // The panel's wanted width, not its present one: a pass in a small
+        // window narrows it, and it widens again as the window grows.
+        in.clipWidth = w_.clip->sizeHint().width();
     const LayoutPlan plan = planLayout(in);
 
     int set = 0;

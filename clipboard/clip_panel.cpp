@@ -241,11 +241,21 @@ Clip::Clip(ClipSource& source, ClipTarget& target, SettingsStore& settings, QWid
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &Clip::Aggiorna);
 
     applyOptions(ClipOptions::read(settings_));
-    resize(options_.width, 300);
     agg();
 }
 
 Clip::~Clip() = default;
+
+QSize Clip::sizeHint() const
+{
+    return {options_.width, 300};
+}
+
+void Clip::setWantedWidth(int width)
+{
+    options_.width = std::max(120, width);
+    updateGeometry();
+}
 
 int Clip::selected() const
 {
@@ -293,6 +303,8 @@ void Clip::agg()
         row.kind->setText(e.kind == u'L' ? QString() : QString(e.kind));
         row.kind->setVisible(e.kind != u'L');
         lista_->item(k)->setFlags(e.kind == u'L' ? Qt::NoItemFlags : Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+        // A free entry takes no room in the list.
+        lista_->setRowHidden(k, e.kind == u'L');
     }
     lista_->viewport()->update();
 }
@@ -351,7 +363,6 @@ void Clip::opzioni()
     if (dialog.exec() != QDialog::Accepted)
         return;
     ClipOptions chosen = dialog.chosen();
-    chosen.width = width();
     chosen.write(settings_);
     applyOptions(chosen);
 }
@@ -375,7 +386,7 @@ void ClipSplitter::mousePressEvent(QMouseEvent* event)
         return;
     dragging_ = true;
     startX_ = int(event->globalPosition().x());
-    startWidth_ = clip_.width();
+    startWidth_ = clip_.sizeHint().width();
 }
 
 void ClipSplitter::mouseMoveEvent(QMouseEvent* event)
@@ -384,9 +395,9 @@ void ClipSplitter::mouseMoveEvent(QMouseEvent* event)
         return;
     // The panel is on the right: dragging left widens it.
     const int wanted = std::max(120, startWidth_ - (int(event->globalPosition().x()) - startX_));
-    if (wanted == clip_.width())
+    if (wanted == clip_.sizeHint().width())
         return;
-    clip_.resize(wanted, clip_.height());
+    clip_.setWantedWidth(wanted);
     if (relayout)
         relayout();
 }
@@ -397,7 +408,7 @@ void ClipSplitter::mouseReleaseEvent(QMouseEvent*)
         return;
     dragging_ = false;
     if (widthChosen)
-        widthChosen(clip_.width());
+        widthChosen(clip_.sizeHint().width());
 }
 
 }  // namespace tornelia

@@ -82,6 +82,10 @@ public:
 
     QMenu* menu() const { return mnuClip_; }
 
+    // The width the panel asks of the window's layout: the one chosen last.
+    QSize sizeHint() const override;
+    void setWantedWidth(int width);
+
 public slots:
     // Shows each entry by its kind.
     void agg();
