@@ -284,16 +284,17 @@ void Clip::agg()
         Row& row = rows_[k];
         const bool words = e.kind == u'T' || e.kind == u'R';
         const bool picture = e.kind == u'I';
+        // A fresh start each time: plain text must not take the format an
+        // earlier rich text left at the end of the control.
+        row.r->clear();
+        row.r->setCurrentCharFormat(QTextCharFormat());
         if (e.kind == u'R') {
-            row.r->clear();
             QTextCursor cursor(row.r->document());
             RtfReadOptions o;
             o.wholeDocument = true;
             readRtf(e.rtf, cursor, o);
         } else if (e.kind == u'T') {
             row.r->setPlainText(e.text);
-        } else {
-            row.r->clear();
         }
         row.r->setVisible(words);
         row.i->setPixmap(picture ? QPixmap::fromImage(e.thumb) : QPixmap());

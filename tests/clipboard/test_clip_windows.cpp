@@ -99,15 +99,15 @@ TEST(ClipPanel, ShowsEachEntryByItsKindAndClears)
     auto r = [&](int k) { return panel.findChild<QTextEdit*>(QStringLiteral("r%1").arg(k)); };
     auto i = [&](int k) { return panel.findChild<QLabel*>(QStringLiteral("i%1").arg(k)); };
     // Newest first: the picture, the rich text, the plain text, then free.
-    EXPECT_FALSE(r(0)->isVisible());
-    EXPECT_TRUE(i(0)->isVisible());
+    EXPECT_TRUE(r(0)->isHidden());
+    EXPECT_FALSE(i(0)->isHidden());
     EXPECT_EQ(i(0)->pixmap().size(), QSize(64, 32));
-    EXPECT_TRUE(r(1)->isVisible());
+    EXPECT_FALSE(r(1)->isHidden());
     EXPECT_EQ(r(1)->toPlainText(), "grassetto");
     EXPECT_TRUE(r(1)->document()->firstBlock().begin().fragment().charFormat().fontWeight() >= QFont::Bold);
     EXPECT_EQ(r(2)->toPlainText(), "semplice");
-    EXPECT_FALSE(r(3)->isVisible());
-    EXPECT_FALSE(i(3)->isVisible());
+    EXPECT_TRUE(r(3)->isHidden());
+    EXPECT_TRUE(i(3)->isHidden());
     EXPECT_EQ(panel.selected(), 0);
 
     panel.setSelected(2);
@@ -117,9 +117,20 @@ TEST(ClipPanel, ShowsEachEntryByItsKindAndClears)
 
     panel.ButCli(2);
     for (int k = 0; k < ClipHistory::kEntries; ++k) {
-        EXPECT_FALSE(r(k)->isVisible()) << k;
-        EXPECT_FALSE(i(k)->isVisible()) << k;
+        EXPECT_TRUE(r(k)->isHidden()) << k;
+        EXPECT_TRUE(i(k)->isHidden()) << k;
     }
+    // Plain text shown where rich text was shows plain.
+    clip = {};
+    clip.rtfData = "{\\rtf1\\ansi {\\b tutto grassetto}}";
+    panel.Aggiorna();
+    clip = {};
+    clip.plain = "piano";
+    panel.Aggiorna();
+    EXPECT_EQ(r(0)->toPlainText(), "piano");
+    EXPECT_LT(r(0)->document()->firstBlock().begin().fragment().charFormat().fontWeight(), int(QFont::Bold));
+    EXPECT_FALSE(r(1)->isHidden());
+    EXPECT_TRUE(r(2)->isHidden());
 }
 
 TEST(ClipPanel, OptionsAreKeptInTheSettings)
