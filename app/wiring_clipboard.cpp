@@ -97,7 +97,7 @@ void registerClipboardWindows(WindowRegistry& registry)
     });
     registry.add(Window::frmApp, [](const WindowHost& host) {
         if (host.owner) {
-            if (auto* open = host.owner->findChild<FrmApp*>()) {
+            if (auto* open = host.owner->findChild<FrmApp*>(); open && open->isVisible()) {
                 open->guarda();
                 open->raise();
                 open->activateWindow();
@@ -109,6 +109,13 @@ void registerClipboardWindows(WindowRegistry& registry)
         viewer->show();
     });
     registry.add(Window::frmInc, [](const WindowHost& host) {
+        if (host.owner) {
+            if (auto* open = host.owner->findChild<FrmInc*>(); open && open->isVisible()) {
+                open->raise();
+                open->activateWindow();
+                return;
+            }
+        }
         auto* dialog = new FrmInc(host.context.testo(), host.procedures, host.owner);
         dialog->setAttribute(Qt::WA_DeleteOnClose);
         QWidget* owner = host.owner;
