@@ -61,6 +61,12 @@ Clip* ensurePanel(const WindowHost& host)
     AppContext* context = &host.context;
     QWidget* owner = host.owner;
     clip->onNascondi = [context, owner, clip] { showPanel(*context, owner, clip, false); };
+    clip->onRilettura = [context, owner, clip] {
+        const bool stored = context->settings().leggiReg(kApp, kSection, QStringLiteral("1"), QStringLiteral("1")) ==
+                            QLatin1String("1");
+        if (stored == clip->isHidden())
+            showPanel(*context, owner, clip, stored);
+    };
     sep->relayout = [layout] {
         if (layout)
             layout->moVCliP();

@@ -368,6 +368,14 @@ void Clip::opzioni()
     applyOptions(chosen);
 }
 
+void Clip::rileggiOpzioni()
+{
+    applyOptions(ClipOptions::read(settings_));
+    updateGeometry();
+    if (onRilettura)
+        onRilettura();
+}
+
 void Clip::contextMenuEvent(QContextMenuEvent* event)
 {
     mnuClip_->popup(event->globalPos());

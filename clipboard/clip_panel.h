@@ -79,6 +79,9 @@ public:
     // What "&Nascondi" runs: the window's own show/hide command, so that
     // its menu check and the stored state follow.
     std::function<void()> onNascondi;
+    // What rileggiOpzioni runs after reading the options again: the window
+    // shows or hides the panel as the settings now say.
+    std::function<void()> onRilettura;
 
     QMenu* menu() const { return mnuClip_; }
 
@@ -96,6 +99,8 @@ public slots:
     void Nascondi();
     // "&Opzioni appunti...": the options window, modal.
     void opzioni();
+    // The options window of the program changed the settings.
+    void rileggiOpzioni();
 
 protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
