@@ -318,7 +318,7 @@ void Clip::SpoSta()
 
 void Clip::Aggiorna()
 {
-    if (muted_ > 0)
+    if (ClipboardGuard::onLoan())
         return;
     if (history_.Aggiorna()) {
         agg();
@@ -330,17 +330,12 @@ void Clip::ButCli(int index)
 {
     switch (index) {
     case 0:
-    case 1: {
-        // Pasting a picture borrows the clipboard; what passes through it
-        // then is not something the user copied.
-        ++muted_;
+    case 1:
         if (index == 0)
             history_.paste(std::max(0, selected()), target_);
         else
             history_.pasteAll(target_);
-        --muted_;
         break;
-    }
     case 2:
         history_.clear();
         agg();

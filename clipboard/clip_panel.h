@@ -121,7 +121,6 @@ private:
     Row rows_[ClipHistory::kEntries];
     QMenu* mnuClip_ = nullptr;
     QTimer* timer_ = nullptr;
-    int muted_ = 0;
 };
 
 // The strip between the text and the panel; dragging it sets the panel's

@@ -6,8 +6,25 @@
 
 namespace tornelia {
 
+ClipboardGuard::~ClipboardGuard()
+{
+    endLoan();
+}
+
+void ClipboardGuard::endLoan()
+{
+    if (lent_) {
+        lent_ = false;
+        --loans_;
+    }
+}
+
 void ClipboardGuard::saveClipboard()
 {
+    if (!lent_) {
+        lent_ = true;
+        ++loans_;
+    }
     kind_ = u'e';
     rtf_.clear();
     text_.clear();
@@ -36,7 +53,7 @@ void ClipboardGuard::saveClipboard()
     }
 }
 
-void ClipboardGuard::restoreClipboard() const
+void ClipboardGuard::restoreClipboard()
 {
     QClipboard* clipboard = QGuiApplication::clipboard();
     switch (kind_.unicode()) {
@@ -59,6 +76,9 @@ void ClipboardGuard::restoreClipboard() const
         clipboard->clear();
         break;
     }
+    // The clipboard says it changed as it is put back; the loan ends only
+    // after, so what comes back is not taken for a new copy either.
+    endLoan();
 }
 
 }  // namespace tornelia

@@ -13,14 +13,28 @@ namespace tornelia {
 
 class ClipboardGuard {
 public:
-    // Reads the system clipboard and keeps its content.
+    ClipboardGuard() = default;
+    ~ClipboardGuard();
+    ClipboardGuard(const ClipboardGuard&) = delete;
+    ClipboardGuard& operator=(const ClipboardGuard&) = delete;
+
+    // Reads the system clipboard and keeps its content. From here to
+    // restoreClipboard the clipboard is on loan.
     void saveClipboard();
     // Puts the kept content back; "e" empties the clipboard.
-    void restoreClipboard() const;
+    void restoreClipboard();
 
     QChar kind() const { return kind_; }
 
+    // True while some guard has the clipboard on loan: what passes through
+    // it then was not copied by the user, and the clipboard panel ignores it.
+    static bool onLoan() { return loans_ > 0; }
+
 private:
+    void endLoan();
+
+    static inline int loans_ = 0;
+    bool lent_ = false;
     QChar kind_ = u'e';
     QByteArray rtf_;
     QString text_;

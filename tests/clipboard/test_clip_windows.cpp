@@ -4,6 +4,7 @@
 #include "clipboard/clip_panel.h"
 #include "clipboard/clip_windows.h"
 
+#include "core/clipboard_guard.h"
 #include "core/procedures.h"
 #include "core/rich_text_surface.h"
 #include "core/settings.h"
@@ -131,6 +132,30 @@ TEST(ClipPanel, ShowsEachEntryByItsKindAndClears)
     EXPECT_LT(r(0)->document()->firstBlock().begin().fragment().charFormat().fontWeight(), int(QFont::Bold));
     EXPECT_FALSE(r(1)->isHidden());
     EXPECT_TRUE(r(2)->isHidden());
+}
+
+// Another part of the program borrowing the clipboard (a picture bullet
+// pasted through it) leaves no entry behind.
+TEST(ClipPanel, ABorrowedClipboardIsNotRecorded)
+{
+    QTemporaryDir dir;
+    SettingsStore settings(dir.path());
+    SystemClipSource source;
+    Recorder target;
+    Clip panel(source, target, settings);
+    QGuiApplication::clipboard()->setText("mio");
+    panel.Aggiorna();
+    ClipboardGuard guard;
+    guard.saveClipboard();
+    QGuiApplication::clipboard()->setImage(filled(6, 6, Qt::red));
+    panel.Aggiorna();
+    guard.restoreClipboard();
+    panel.Aggiorna();
+    EXPECT_EQ(panel.history().used(), 1);
+    EXPECT_EQ(panel.history().entry(0).text, "mio");
+    // A copy of the user's own after the loan is recorded as ever.
+    QGuiApplication::clipboard()->setText("nuovo");
+    EXPECT_EQ(panel.history().entry(0).text, "nuovo");
 }
 
 TEST(ClipPanel, OptionsAreKeptInTheSettings)

@@ -49,13 +49,24 @@ TEST(ClipboardGuard, PutsBackEachKind)
     for (int k = 0; k < 4; ++k) {
         fills[k]();
         ClipboardGuard guard;
+        EXPECT_FALSE(ClipboardGuard::onLoan());
         guard.saveClipboard();
+        EXPECT_TRUE(ClipboardGuard::onLoan());
         EXPECT_EQ(guard.kind(), kinds[k]) << k;
         // The program borrows the clipboard for something else.
         QImage other(5, 5, QImage::Format_RGB32);
         other.fill(Qt::red);
         cb->setImage(other);
         guard.restoreClipboard();
+        EXPECT_FALSE(ClipboardGuard::onLoan());
         EXPECT_EQ(describe(), expected[k]) << k;
     }
+    // A guard that goes away without putting the clipboard back still ends
+    // its loan.
+    {
+        ClipboardGuard forgotten;
+        forgotten.saveClipboard();
+        forgotten.saveClipboard();
+    }
+    EXPECT_FALSE(ClipboardGuard::onLoan());
 }
