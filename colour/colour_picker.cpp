@@ -20,6 +20,18 @@ double rowHue(int row)
     return std::clamp(row, 0, 255) * 360.0 / 255;
 }
 
+// The pure hue of an angle, on the same linear scale as the field's.
+void pureHue(double degrees, double c[3])
+{
+    static constexpr double kHues[7][3] = {{255, 0, 0},   {255, 255, 0}, {0, 255, 0}, {0, 255, 255},
+                                           {0, 0, 255},   {255, 0, 255}, {255, 0, 0}};
+    const double t = std::clamp(degrees, 0.0, 360.0) / 60;
+    const int k = std::clamp(int(t), 0, 5);
+    const double f = t - k;
+    for (int i = 0; i < 3; ++i)
+        c[i] = kHues[k][i] + (kHues[k + 1][i] - kHues[k][i]) * f;
+}
+
 }  // namespace
 
 ColourPicker::ColourPicker()
@@ -73,17 +85,10 @@ void ColourPicker::rgbFromHsb()
 {
     // The pure hue on the same scale as the field and the slider, then
     // towards white by the saturation and towards black by the brightness.
-    const double position = h_ * 255 / 360;
-    const double t = position * 6.0 / 255;
-    static constexpr double kHues[7][3] = {{255, 0, 0},   {255, 255, 0}, {0, 255, 0}, {0, 255, 255},
-                                           {0, 0, 255},   {255, 0, 255}, {255, 0, 0}};
-    const int k = std::clamp(int(t), 0, 5);
-    const double f = t - k;
     double c[3];
-    for (int i = 0; i < 3; ++i) {
-        const double pure = kHues[k][i] + (kHues[k + 1][i] - kHues[k][i]) * f;
-        c[i] = (255 + (pure - 255) * s_) * v_;
-    }
+    pureHue(h_, c);
+    for (double& v : c)
+        v = (255 + (v - 255) * s_) * v_;
     r_ = int(std::lround(c[0]));
     g_ = int(std::lround(c[1]));
     b_ = int(std::lround(c[2]));
@@ -134,8 +139,9 @@ int ColourPicker::sliderRow() const
 
 void ColourPicker::drawField(PixelBuffer& field) const
 {
-    double r, g, b;
-    hueAt(hueRow(h_), r, g, b);
+    double c[3];
+    pureHue(h_, c);
+    const double r = c[0], g = c[1], b = c[2];
     const int v = int(std::lround(v_ * 255));
     switch (mode_) {
     case FieldMode::Hue:
@@ -151,8 +157,9 @@ void ColourPicker::drawField(PixelBuffer& field) const
 
 void ColourPicker::drawSlider(PixelBuffer& slider) const
 {
-    double r, g, b;
-    hueAt(hueRow(h_), r, g, b);
+    double c[3];
+    pureHue(h_, c);
+    const double r = c[0], g = c[1], b = c[2];
     switch (mode_) {
     case FieldMode::Hue: drawSliderHue(slider); break;
     case FieldMode::Saturation:
