@@ -197,6 +197,12 @@ void drawCells(QPainter& dc, const QRect& area, int columns, int rows, const std
     for (int i = 0; i < count; ++i) {
         // A one-pixel gap keeps neighbouring cells of close colours apart.
         const QRect cell = gridCell(area, columns, rows, i).adjusted(1, 1, -1, -1);
+        if (colours[i] == kEmptyCustom) {
+            // An empty cell looks hollow, unlike a white one.
+            dc.fillRect(cell, QColor(0xE8, 0xE8, 0xE8));
+            dc.fillRect(cell.adjusted(2, 2, -2, -2), QColor(0xC8, 0xC8, 0xC8));
+            continue;
+        }
         dc.fillRect(cell, toQColor(colours[i]));
     }
     dc.restore();

@@ -25,8 +25,9 @@ constexpr int kSliderBytes = kSliderRows * kSliderRowPixels * 3;
 constexpr int kSliderDrawnWidth = 15;
 constexpr int kCustomCount = 225;
 constexpr int kPaletteCount = 216;
-// A custom cell that holds nothing yet.
-constexpr std::uint32_t kEmptyCustom = 0x00FFFFFF;
+// A custom cell that holds nothing yet: no colour has a high byte, so it
+// stands apart from white, and the file writes it as -1.
+constexpr std::uint32_t kEmptyCustom = 0xFFFFFFFFu;
 
 using PixelBuffer = std::vector<std::uint8_t>;
 using CustomColours = std::array<std::uint32_t, kCustomCount>;

@@ -343,7 +343,7 @@ void FrmCol::clickField(QPoint p)
             long c = 0;
             GetSafeColor(i + 1, r, g, b, hex, c);
             picker_.setColour(std::uint32_t(c));
-        } else {
+        } else if (picker_.custom()[std::size_t(i)] != kEmptyCustom) {
             picker_.setColour(picker_.custom()[std::size_t(i)]);
         }
         refresh();
@@ -417,11 +417,24 @@ void FrmCol::boxEdited(Box box, QLineEdit* edit, bool final)
                             picker_.red(),    picker_.green(),         picker_.blue()};
         const QSignalBlocker block(edit);
         edit->setText(QString::number(back[int(box)]));
+        edit->setFocus();
         edit->selectAll();
+        refused_ = edit;
+    } else if (final) {
+        refused_ = nullptr;
     }
     checking_ = false;
     if (!message)
         refresh(final ? nullptr : edit);
+}
+
+void FrmCol::accept()
+{
+    if (refused_ && refused_->hasFocus()) {
+        refused_ = nullptr;
+        return;
+    }
+    QDialog::accept();
 }
 
 void FrmCol::showMessage(const QString& text)

@@ -59,6 +59,10 @@ public:
     // Adds the current colour to the custom colours and writes the file.
     void addCustom();
 
+    // Refuses once when Return has just met a bad value in a box, so the
+    // user sees the value put back before the dialog closes.
+    void accept() override;
+
 private:
     friend class FieldView;
     friend class SliderView;
@@ -78,6 +82,7 @@ private:
     int selectedCell_ = -1;  // in the grid on show
     bool frameDark_ = true;
     bool checking_ = false;
+    QLineEdit* refused_ = nullptr;
 
     FieldView* field_ = nullptr;
     SliderView* slider_ = nullptr;

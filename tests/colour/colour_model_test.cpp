@@ -232,13 +232,14 @@ TEST(CustomColours, FileIsWrittenAndReadBackByteForByte)
     colours.fill(kEmptyCustom);
     colours[0] = 0;
     colours[1] = rgb(0x12, 0x34, 0x56);
-    colours[2] = 0xFFFFFFFFu;  // -1, as a signed value
+    colours[2] = 0x00FFFFFF;
     colours[224] = 255;
     ASSERT_TRUE(saveCustomColours(dir.path(), colours));
 
-    QByteArray want = " 0\n 5649426\n-1\n";
+    // Empty cells as -1.
+    QByteArray want = " 0\n 5649426\n 16777215\n";
     for (int i = 3; i < 224; ++i)
-        want += " 16777215\n";
+        want += "-1\n";
     want += " 255\n";
     QFile file(dir.filePath("colori.col"));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
@@ -266,7 +267,7 @@ TEST(CustomColours, OddFilesReadWithoutHarm)
     // short file leaves the rest empty; the capitalised name is found.
     QFile file(dir.filePath("Colori.col"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(" 255\r\nabc\r\n\r\n 65280 \r\n-16777216\r\n");
+    file.write(" 255\r\nabc\r\n\r\n 65280 \r\n-16777216\r\n-1\r\n");
     file.close();
     CustomColours want = empty;
     want[0] = 255;
@@ -274,6 +275,7 @@ TEST(CustomColours, OddFilesReadWithoutHarm)
     want[2] = 0;
     want[3] = 65280;
     want[4] = 0xFF000000u;
+    want[5] = kEmptyCustom;
     EXPECT_EQ(loadCustomColours(dir.path()), want);
 
     // A folder that cannot be written: false, nothing made.

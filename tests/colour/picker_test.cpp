@@ -198,8 +198,23 @@ TEST(PickerWindow, DraggingUpdatesEveryBoxAndTheStatusBar)
     emit txtB->textEdited("250");
     EXPECT_EQ(messages.shown, QStringList{"Errore|Inserisci un valore valido tra 1 e 100"});
     EXPECT_EQ(txtB->text(), "100");
-    EXPECT_TRUE(messages.shown.size() == 1);
     EXPECT_EQ(f.colour(), rgb(0, 0, 255));
+
+    // Return on an empty box: the message, and the dialog stays open until
+    // the next Return.
+    f.show();
+    f.activateWindow();
+    QApplication::setActiveWindow(&f);
+    auto* green = f.findChild<QLineEdit*>("Text2");
+    green->setFocus();
+    green->clear();
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QApplication::sendEvent(green, &enter);
+    EXPECT_EQ(messages.shown.size(), 2);
+    EXPECT_EQ(messages.shown.value(1), "Errore|Inserisci un valore valido tra 1 e 360");
+    EXPECT_EQ(green->text(), "0");
+    EXPECT_TRUE(f.isVisible());
+    f.hide();
 
     auto* red = f.findChild<QLineEdit*>("Text1");
     red->setText("128");
@@ -240,7 +255,7 @@ TEST(PickerWindow, ReadyMadeColoursAndTheCustomGrid)
     ASSERT_EQ(lines.size(), 226);  // 225 lines and the empty rest after the last
     EXPECT_EQ(lines[0], " 13434879");
     EXPECT_EQ(lines[1], " 3153936");
-    EXPECT_EQ(lines[2], " 16777215");
+    EXPECT_EQ(lines[2], "-1");
 
     // A second dialog reads them back; a click on the second cell picks it.
     FrmCol g(0, FieldMode::Hue, dir.path(), nullptr);
@@ -248,6 +263,10 @@ TEST(PickerWindow, ReadyMadeColoursAndTheCustomGrid)
     EXPECT_TRUE(g.showingPresets());
     mouse(g.field(), QEvent::MouseButtonPress,
           gridCell(QRect(0, 0, 256, 256), kCustomColumns, kCustomRows, 1).center());
+    EXPECT_EQ(g.colour(), rgb(0x10, 0x20, 0x30));
+    // An empty cell holds no colour to pick.
+    mouse(g.field(), QEvent::MouseButtonPress,
+          gridCell(QRect(0, 0, 256, 256), kCustomColumns, kCustomRows, 100).center());
     EXPECT_EQ(g.colour(), rgb(0x10, 0x20, 0x30));
     QImage shot = g.field()->grab().toImage();
     EXPECT_EQ(shot.pixel(gridCell(QRect(0, 0, 256, 256), kCustomColumns, kCustomRows, 0).center()),
