@@ -80,18 +80,27 @@ void hueAt(int position, double& r, double& g, double& b)
     b = kHues[k][2] + (kHues[k + 1][2] - kHues[k][2]) * f;
 }
 
+// The hue scale once for all the rows of a field.
+static std::array<std::array<double, 3>, 256> hueScale()
+{
+    std::array<std::array<double, 3>, 256> out;
+    for (int i = 0; i < 256; ++i)
+        hueAt(i, out[std::size_t(i)][0], out[std::size_t(i)][1], out[std::size_t(i)][2]);
+    return out;
+}
+
 void drawFieldSaturation(PixelBuffer& field, std::uint32_t c)
 {
     field.assign(kFieldBytes, 0);
     double s, v;
     saturationBrightness(c, s, v);
+    const auto hues = hueScale();
     std::size_t at = 0;
     for (int y = 255; y >= 0; --y) {
         const double k = (255 - y) / 255.0;  // brightness of the row
         for (int x = 255; x >= 0; --x) {
-            double r, g, b;
-            hueAt(255 - x, r, g, b);
-            put(field, at, (255 + (r - 255) * s) * k, (255 + (g - 255) * s) * k, (255 + (b - 255) * s) * k);
+            const auto& h = hues[std::size_t(255 - x)];
+            put(field, at, (255 + (h[0] - 255) * s) * k, (255 + (h[1] - 255) * s) * k, (255 + (h[2] - 255) * s) * k);
         }
     }
 }
@@ -101,13 +110,13 @@ void drawFieldBrightness(PixelBuffer& field, std::uint32_t c)
     field.assign(kFieldBytes, 0);
     double s, v;
     saturationBrightness(c, s, v);
+    const auto hues = hueScale();
     std::size_t at = 0;
     for (int y = 255; y >= 0; --y) {
         const double k = (255 - y) / 255.0;  // saturation of the row
         for (int x = 255; x >= 0; --x) {
-            double r, g, b;
-            hueAt(255 - x, r, g, b);
-            put(field, at, (255 + (r - 255) * k) * v, (255 + (g - 255) * k) * v, (255 + (b - 255) * k) * v);
+            const auto& h = hues[std::size_t(255 - x)];
+            put(field, at, (255 + (h[0] - 255) * k) * v, (255 + (h[1] - 255) * k) * v, (255 + (h[2] - 255) * k) * v);
         }
     }
 }
