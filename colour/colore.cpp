@@ -9,6 +9,8 @@
 #include <QScreen>
 #include <QWidget>
 
+#include <algorithm>
+
 namespace tornelia::colour {
 
 Colore::Colore(QString folder, MessagePort* messages) : folder_(std::move(folder)), messages_(messages) {}
@@ -35,7 +37,40 @@ bool Colore::setIcon(const QString& path)
         return false;
     }
     icon_ = icon;
+    iconPath_ = path;
     return true;
+}
+
+QVariantMap Colore::properties() const
+{
+    return {{QStringLiteral("Color"), qlonglong(color_)},
+            {QStringLiteral("Icon"), iconPath_},
+            {QStringLiteral("DialogLeft"), left_},
+            {QStringLiteral("DialogTop"), top_},
+            {QStringLiteral("AdjustPosition"), adjust_},
+            {QStringLiteral("DialogStartUpPosition"), int(start_)},
+            {QStringLiteral("Mode"), int(mode_)}};
+}
+
+void Colore::setProperties(const QVariantMap& bag)
+{
+    const auto number = [&bag](const char* key, int low, int high, int fallback) {
+        bool ok = false;
+        const int v = bag.value(QLatin1String(key)).toInt(&ok);
+        return ok && v >= low && v <= high ? v : fallback;
+    };
+    if (bag.contains(QStringLiteral("Color")))
+        setColor(std::uint32_t(bag.value(QStringLiteral("Color")).toLongLong()));
+    left_ = number("DialogLeft", -100000, 100000, left_);
+    top_ = number("DialogTop", -100000, 100000, top_);
+    if (bag.contains(QStringLiteral("AdjustPosition")))
+        adjust_ = bag.value(QStringLiteral("AdjustPosition")).toBool();
+    start_ = StartUpPosition(number("DialogStartUpPosition", Manual, WindowsDefault, int(start_)));
+    mode_ = FieldMode(number("Mode", 0, 2, int(mode_)));
+    // An icon file that has gone or changed is refused with its message.
+    const QString icon = bag.value(QStringLiteral("Icon")).toString();
+    if (!icon.isEmpty() && icon != iconPath_)
+        setIcon(icon);
 }
 
 QPoint Colore::placeFor(QSize size, QWidget* owner) const

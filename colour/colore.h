@@ -11,6 +11,7 @@
 
 #include <QIcon>
 #include <QString>
+#include <QVariantMap>
 
 #include <cstdint>
 
@@ -54,6 +55,12 @@ public:
     // and the icon stays as it was.
     bool setIcon(const QString& path);
 
+    // The properties a window keeps of its control, by the keys "Color",
+    // "Icon" (the icon file), "DialogLeft", "DialogTop", "AdjustPosition",
+    // "DialogStartUpPosition" and "Mode". Keys missing keep their values.
+    QVariantMap properties() const;
+    void setProperties(const QVariantMap& bag);
+
     // Where the dialog of this size goes for this owner.
     QPoint placeFor(QSize size, QWidget* owner) const;
 
@@ -67,6 +74,7 @@ private:
     bool adjust_ = true;
     StartUpPosition start_ = CenterOwner;
     QIcon icon_;
+    QString iconPath_;
 };
 
 }  // namespace colour

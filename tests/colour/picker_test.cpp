@@ -328,4 +328,15 @@ TEST(ColoreControl, ShowsThePickerAndKeepsTheChosenColour)
     EXPECT_EQ(c.placeFor(QSize(200, 100), nullptr), QPoint(screen.left(), std::max(30, screen.top())));
     c.setAdjustPosition(false);
     EXPECT_EQ(c.placeFor(QSize(200, 100), nullptr), QPoint(-500, 30));
+
+    // The properties kept by a window come back whole in another control;
+    // values out of range keep what was there.
+    Colore d(dir.path(), &messages);
+    d.setProperties(c.properties());
+    EXPECT_EQ(d.properties(), c.properties());
+    EXPECT_FALSE(d.Icon().isNull());
+    d.setProperties({{"Mode", 7}, {"DialogStartUpPosition", "centro"}, {"Color", 0x01020304}});
+    EXPECT_EQ(d.Mode(), FieldMode::Brightness);
+    EXPECT_EQ(d.DialogStartUpPosition(), Colore::Manual);
+    EXPECT_EQ(d.Color(), 0x020304u);
 }
