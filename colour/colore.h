@@ -28,7 +28,9 @@ public:
     // Where the dialog comes up.
     enum StartUpPosition { Manual = 0, CenterOwner = 1, CenterScreen = 2, WindowsDefault = 3 };
 
-    // folder holds "colori.col"; messages shows the dialog's messages.
+    // folder holds "colori.col": the per-user data folder, which the
+    // application context gives (dataFolder()); messages shows the dialog's
+    // messages, a plain message box when none is given.
     explicit Colore(QString folder = {}, MessagePort* messages = nullptr);
 
     // Opens the dialog modally on the current Color; true when the user
