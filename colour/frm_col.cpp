@@ -84,6 +84,9 @@ protected:
         QPainter p(this);
         // Top-down: the buffer's first row is the slider's top.
         blitRgb(p, owner_->sliderBuffer_.data(), kSliderMargin, 0, kSliderDrawnWidth, -kSliderRows, false);
+        // Over the ready-made colours the slider chooses nothing.
+        if (!isEnabled())
+            return;
         const int row = owner_->picker_.sliderRow();
         p.setRenderHint(QPainter::Antialiasing);
         p.setBrush(palette().windowText());
