@@ -616,7 +616,8 @@ int EditorView::sheetCount() const
 {
     if (!page_)
         return 0;
-    const qreal height = item_->boundingRect().height();
+    // The layout's own size: the item learns it only when the layout says so.
+    const qreal height = surface_.document()->documentLayout()->documentSize().height();
     return std::max(1, int(std::ceil((height - 0.5) / sheetPitch())));
 }
 

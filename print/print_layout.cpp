@@ -101,6 +101,8 @@ PrintLayout::PrintLayout(const QTextDocument& source, const PrintMargins& margin
         top *= k;
         bottom *= k;
     }
+    // Whole pixels of line, as the page view wraps: the right margin takes the rest.
+    right = sheet_.width() - left - std::max(1.0, std::floor(sheet_.width() - left - right));
     text_ = QRectF(left, top, sheet_.width() - left - right, sheet_.height() - top - bottom);
 
     hideHiddenText(*doc_);

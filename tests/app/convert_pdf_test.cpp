@@ -32,7 +32,7 @@ QByteArray document(int paragraphs)
     return rtf + "}";
 }
 
-QString run(const QString& program, const QStringList& args, const QProcessEnvironment& env = {})
+QString tool(const QString& program, const QStringList& args, const QProcessEnvironment& env = {})
 {
     QProcess p;
     if (!env.isEmpty())
@@ -46,14 +46,14 @@ QString run(const QString& program, const QStringList& args, const QProcessEnvir
 int pagesOf(const QString& pdf)
 {
     static const QRegularExpression pages(QStringLiteral("Pages:\\s+(\\d+)"));
-    const auto m = pages.match(run(QStringLiteral("pdfinfo"), {pdf}));
+    const auto m = pages.match(tool(QStringLiteral("pdfinfo"), {pdf}));
     return m.hasMatch() ? m.captured(1).toInt() : -1;
 }
 
 QString pageSizeOf(const QString& pdf)
 {
     static const QRegularExpression size(QStringLiteral("Page size:\\s+(\\d+)(?:\\.\\d+)? x (\\d+)"));
-    const auto m = size.match(run(QStringLiteral("pdfinfo"), {pdf}));
+    const auto m = size.match(tool(QStringLiteral("pdfinfo"), {pdf}));
     return m.hasMatch() ? m.captured(1) + u'x' + m.captured(2) : QString();
 }
 
@@ -72,12 +72,12 @@ TEST_F(ConvertPdfTest, EveryParagraphOnceInOrderOnTheStoredPage)
     static const QRegularExpression mark(QStringLiteral("Paragrafo\\d{3}"));
     auto marks = [&](const QString& pdf) {
         QStringList found;
-        for (const auto& m : mark.globalMatch(run(QStringLiteral("pdftotext"), {pdf, QStringLiteral("-")})))
+        for (const auto& m : mark.globalMatch(tool(QStringLiteral("pdftotext"), {pdf, QStringLiteral("-")})))
             found << m.captured();
         return found;
     };
     EXPECT_EQ(marks(path("doc.pdf")), expected);
-    EXPECT_EQ(pageSizeOf(path("doc.pdf")), "595x841");
+    EXPECT_EQ(pageSizeOf(path("doc.pdf")), "595x842");
     const int pages = pagesOf(path("doc.pdf"));
     EXPECT_GT(pages, 10);
 
@@ -86,7 +86,7 @@ TEST_F(ConvertPdfTest, EveryParagraphOnceInOrderOnTheStoredPage)
     write("config/Tornelia/Tornelia.conf", "[Margini]\n0=3\n1=3\n2=4\n3=4\n4=2\n");
     ASSERT_EQ(run({"--convert-to", "pdf", "doc.rtf", "-o", "wide.pdf"}), (Result{0, "", ""}));
     EXPECT_EQ(marks(path("wide.pdf")), expected);
-    EXPECT_EQ(pageSizeOf(path("wide.pdf")), "841x595");
+    EXPECT_EQ(pageSizeOf(path("wide.pdf")), "842x595");
     EXPECT_GT(pagesOf(path("wide.pdf")), pages);
 
     // A folder that cannot be written to loses nothing and says so.
@@ -104,7 +104,7 @@ TEST_F(ConvertPdfTest, PageCountIsCloseToAnotherWordProcessors)
     QDir().mkpath(path("other"));
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert("HOME", path("office-home"));
-    run(soffice, {"--headless", "--convert-to", "pdf", "--outdir", path("other"), path("doc.rtf")}, env);
+    tool(soffice, {"--headless", "--convert-to", "pdf", "--outdir", path("other"), path("doc.rtf")}, env);
     const int theirs = pagesOf(path("other/doc.pdf"));
     if (theirs <= 0)
         GTEST_SKIP() << "soffice made no PDF";

