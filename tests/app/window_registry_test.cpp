@@ -52,7 +52,7 @@ TEST_F(WindowRegistryTest, EachWindowOpensOnceUnderTheMainWindow)
     ASSERT_FALSE(saved.isEmpty());
 
     QStringList seen;
-    for (int i = 0; i <= int(Window::frmZip); ++i) {
+    for (int i = 0; i <= int(Window::frmPreview); ++i) {
         const Window w = Window(i);
         if (!registry.has(w)) {
             seen << windowName(w) + " -";
@@ -111,6 +111,7 @@ TEST_F(WindowRegistryTest, EachWindowOpensOnceUnderTheMainWindow)
         "frmInc frmInc 'Incolla speciale' shown deleted on close",
         "frmApp frmApp 'Visualizzatore appunti' shown deleted on close",
         "frmZip -",
+        "frmPreview frmPreview 'Anteprima di stampa' shown deleted on close",
     };
     EXPECT_EQ(seen.join("\n").toStdString(), expected.join("\n").toStdString());
 }
