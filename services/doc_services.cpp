@@ -314,3 +314,43 @@ void composeFax(RichTextSurface& t, const FaxFields& f)
 }
 
 }  // namespace tornelia
+
+#include "core/document.h"
+#include "core/ports.h"
+
+namespace tornelia {
+
+bool sendByMail(ShellPort& shell, const RichTextSurface& testo, const QString& address)
+{
+    return shell.openDocument(mailtoAddress(address, testo.FileName(), testo.Text()));
+}
+
+namespace {
+
+bool savedOnDisk(const RichTextSurface& testo)
+{
+    const QString path = testo.FileName();
+    return !path.isEmpty() && path != kNoDocument && QFileInfo(path).isFile();
+}
+
+}  // namespace
+
+bool encryptCurrentDocument(Document& document, const RichTextSurface& testo, MessagePort& messages, ShellPort& shell,
+                            const QStringList& folders)
+{
+    if (!savedOnDisk(testo)) {
+        const QString answer = messages.mostraMsg(QStringLiteral("File non salvato"),
+                                                  QStringLiteral("Il file in uso non è stato salvato. Salvare?"), 3, 4);
+        if (answer == QLatin1String("an"))
+            return false;
+        if (answer == QLatin1String("si"))
+            document.Salvare(QString());
+    }
+    const QString tool = findTool(QStringLiteral("encrypt"), folders);
+    if (tool.isEmpty())
+        return false;
+    // Still unsaved: the tool asks for a file itself.
+    return shell.startDetached(tool, savedOnDisk(testo) ? QStringList{testo.FileName()} : QStringList{});
+}
+
+}  // namespace tornelia

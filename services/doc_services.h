@@ -105,3 +105,19 @@ struct FaxFields {
 void composeFax(RichTextSurface& testo, const FaxFields& f);
 
 }  // namespace tornelia
+
+namespace tornelia {
+
+class Document;
+class MessagePort;
+class ShellPort;
+
+// "Invia a...": the document's path and text to the mail program.
+bool sendByMail(ShellPort& shell, const RichTextSurface& testo, const QString& address);
+// "Cifra documento corrente...": an unsaved document is offered a save
+// first, then the encryption tool gets the document's path. False when
+// the person cancelled or no tool is installed.
+bool encryptCurrentDocument(Document& document, const RichTextSurface& testo, MessagePort& messages,
+                            ShellPort& shell, const QStringList& folders);
+
+}  // namespace tornelia
