@@ -365,6 +365,9 @@ void FrmAsso::associate(const QString& extension)
 
 void FrmAsso::u1()
 {
+    // The field shows each extension as it is written; the one the person
+    // typed is kept for the last box.
+    const QString typed = t_->text();
     const char* const fixed[] = {".tnl", ".rtf", ".txt"};
     for (int i = 0; i < 3; ++i) {
         if (c_[i]->isChecked()) {
@@ -372,8 +375,10 @@ void FrmAsso::u1()
             associate(QString::fromUtf8(fixed[i]));
         }
     }
-    if (c_[3]->isChecked())
-        associate(t_->text());
+    if (c_[3]->isChecked()) {
+        t_->setText(typed);
+        associate(typed);
+    }
 }
 
 void FrmAsso::u3()
