@@ -107,7 +107,7 @@ TEST_F(WindowRegistryTest, EachWindowOpensOnceUnderTheMainWindow)
         "frmRecuper frmRecuper 'Recupero documenti' shown deleted on close",
         "frmInc -",
         "frmApp -",
-        "frmZip -",
+        "frmZip frmZip 'Compressione documento' shown deleted on close",
     };
     EXPECT_EQ(seen.join("\n").toStdString(), expected.join("\n").toStdString());
 }
