@@ -408,7 +408,18 @@ FrmLett::FrmLett(RichTextSurface& testo, QWidget* parent) : QDialog(parent), tes
     for (int i = 0; i < 5; ++i) {
         txtM_[i] = new QLineEdit(sender);
         txtM_[i]->setObjectName(QStringLiteral("txtM%1").arg(i));
-        senderForm->addRow(QString::fromUtf8(senderLabels[i]), txtM_[i]);
+        if (i != 1)
+            senderForm->addRow(QString::fromUtf8(senderLabels[i]), txtM_[i]);
+        else
+            txtM_[i]->hide();
+        if (i == 1) {
+            // The sender's address takes two lines: street, then town.
+            address_ = new QPlainTextEdit(sender);
+            address_->setObjectName(QStringLiteral("txtM1"));
+            address_->setTabChangesFocus(true);
+            address_->setFixedHeight(address_->fontMetrics().lineSpacing() * 2 + 12);
+            senderForm->addRow(QString::fromUtf8(senderLabels[i]), address_);
+        }
     }
     auto* recipient = new QGroupBox(QStringLiteral("Destinatario"), this);
     auto* recipientForm = new QFormLayout(recipient);
@@ -455,6 +466,7 @@ LetterFields FrmLett::fields() const
     f.date = cmbData_->currentText();
     for (int i = 0; i < 5; ++i)
         f.sender[i] = txtM_[i]->text();
+    f.sender[1] = address_->toPlainText().replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
     for (int i = 0; i < 4; ++i)
         f.recipient[i] = txtD_[i]->text();
     f.opening = cmbD_[0]->currentText();
@@ -469,6 +481,8 @@ void FrmLett::setField(const QString& name, const QString& text)
         cmbData_->setEditText(text);
     else if (name == QLatin1String("txtNC"))
         txtNC_->setText(text);
+    else if (name == QLatin1String("txtM1"))
+        address_->setPlainText(text);
     else if (name.startsWith(QLatin1String("txtM")))
         txtM_[name.mid(4).toInt()]->setText(text);
     else if (name.startsWith(QLatin1String("txtD")))

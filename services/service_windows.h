@@ -138,7 +138,8 @@ public:
 private:
     RichTextSurface& testo_;
     QComboBox* cmbData_;
-    QLineEdit* txtM_[5];
+    QLineEdit* txtM_[5];  // the address, index 1, is the two-line field below
+    QPlainTextEdit* address_;
     QLineEdit* txtD_[4];
     QComboBox* cmbD_[2];
     QLineEdit* txtNC_;

@@ -2,6 +2,7 @@
 // written by hand as RTF: fonts, bold runs, alignment, sizes and every
 // line break must match.
 #include "services/doc_services.h"
+#include "services/service_windows.h"
 
 #include "core/rich_text_surface.h"
 
@@ -109,6 +110,28 @@ TEST(Composers, DateChoicesInTheirOrder)
     EXPECT_EQ(dateChoices(QDate(2026, 3, 2)),
               (QStringList{QStringLiteral("02 marzo 2026"), QStringLiteral("02/03/26"), QStringLiteral("02/03/2026"),
                            QStringLiteral("lunedì 02 marzo 2026")}));
+}
+
+}  // namespace
+}  // namespace tornelia
+
+namespace tornelia {
+namespace {
+
+// The window's fields reach the letter: the closing name follows the
+// sender's, and the two-line address keeps its break.
+TEST(Letter, WindowFieldsReachTheDocument)
+{
+    RichTextSurface t;
+    FrmLett window(t);
+    window.setField(QStringLiteral("txtM0"), QStringLiteral("Anna"));
+    window.setField(QStringLiteral("txtM1"), QStringLiteral("Via Roma 1\n00100 Roma"));
+    window.setField(QStringLiteral("cmbData"), QStringLiteral("domani"));
+    window.setField(QStringLiteral("cmbD0"), QStringLiteral("Caro"));
+    window.confirm();
+    EXPECT_EQ(t.Text(), QStringLiteral("\r\ndomani\r\n\r\nAnna\r\nVia Roma 1\r\n00100 Roma\r\nTel.  Fax. \r\n\r\n\r\n\r\n"
+                                       "Tel.  Fax. \r\n\r\n\r\nCaro,\r\n\r\nInserire qui il testo della lettera\r\n\r\n"
+                                       "Cordiali saluti\r\n\r\nAnna"));
 }
 
 }  // namespace
