@@ -446,6 +446,11 @@ FrmLett::FrmLett(RichTextSurface& testo, QWidget* parent) : QDialog(parent), tes
     recipientForm->addRow(QStringLiteral("Nome chiusura:"), txtNC_);
     // The name under the closing is the sender's unless the person changes it.
     connect(txtM_[0], &QLineEdit::textChanged, txtNC_, &QLineEdit::setText);
+    QWidget* order[] = {txtM_[0], address_, txtM_[2], txtM_[3], txtM_[4], txtD_[0], txtD_[1],
+                        txtD_[2], txtD_[3], cmbD_[0], cmbD_[1], txtNC_, cmbData_};
+    for (int i = 0; i + 1 < 13; ++i)
+        setTabOrder(order[i], order[i + 1]);
+    txtM_[0]->setFocus();
     auto* columns = new QHBoxLayout;
     columns->addWidget(sender);
     columns->addWidget(recipient);
@@ -522,6 +527,11 @@ FrmFax::FrmFax(RichTextSurface& testo, QWidget* parent) : QDialog(parent), testo
     form->addRow(QStringLiteral("Data:"), cmbData_);
     form->addRow(QStringLiteral("Oggetto:"), t_[4]);
     layout->addLayout(form);
+    // The keyboard goes down the form as it reads, from the recipient.
+    QWidget* order[] = {t_[3], t_[2], t_[0], t_[1], cmbData_, t_[4]};
+    for (int i = 0; i + 1 < 6; ++i)
+        setTabOrder(order[i], order[i + 1]);
+    t_[3]->setFocus();
     auto* ok = new QPushButton(QStringLiteral("OK"), this);
     ok->setObjectName(QStringLiteral("u0"));
     connect(ok, &QPushButton::clicked, this, &FrmFax::confirm);
