@@ -3,7 +3,9 @@
 #include "services/doc_services.h"
 #include "services/service_windows.h"
 
+#include "core/document.h"
 #include "core/ports.h"
+#include "core/settings.h"
 #include "core/rich_text_surface.h"
 #include "core/undo_store.h"
 
@@ -57,8 +59,9 @@ struct RecordingShell final : ShellPort {
 };
 
 struct NoDialogs final : DialogPort {
+    std::optional<QString> saveAs;  // the name a save dialog answers with
     std::optional<QString> openFile(const QString&, const QStringList&) override { return std::nullopt; }
-    std::optional<QString> saveFile(const QString&, const QStringList&, const QString&) override { return std::nullopt; }
+    std::optional<QString> saveFile(const QString&, const QStringList&, const QString&) override { return saveAs; }
     std::optional<QString> chooseFolder(const QString&) override { return std::nullopt; }
     std::optional<FontChoice> chooseFont(const FontChoice&) override { return std::nullopt; }
     std::optional<std::uint32_t> chooseColour(std::uint32_t) override { return std::nullopt; }
@@ -288,6 +291,73 @@ TEST(Encryption, WindowKeepsOneButtonPressedAndTakesTwoSnapshots)
     cr.u1();
     EXPECT_EQ(undo.passoTot(), before + 2);
     EXPECT_TRUE(messages.shown.empty());
+}
+
+struct NoFrame final : FramePort {
+    void setCaption(const QString&) override {}
+    void setStatusPanel(int, const QString&) override {}
+    void showProgress(const QString&, int) override {}
+    void hideProgress() override {}
+    void processEvents() override {}
+};
+
+// "Cifra documento corrente...": the question for an unsaved document, each
+// answer's path to the tool, and nothing at all without the tool.
+TEST(Encryption, CurrentDocumentGoesToTheTool)
+{
+    QTemporaryDir dir;
+    QTemporaryDir tools;
+    const QString tool = tools.filePath(QStringLiteral("tornelia-encrypt"));
+    writeFile(tool, "#!/bin/sh\n", true);
+    const Message question{QStringLiteral("File non salvato"), QStringLiteral("Il file in uso non è stato salvato. Salvare?")};
+
+    struct Case {
+        const char* answer;
+        bool saveDialogGivesName;
+        bool toolPresent;
+        std::vector<std::pair<QString, QStringList>> started;
+    };
+    const QString savedPath = dir.filePath(QStringLiteral("salvato.rtf"));
+    const std::vector<Case> cases{
+        {"an", true, true, {}},
+        {"no", true, true, {{tool, {}}}},
+        {"si", false, true, {{tool, {}}}},  // the save dialog cancelled: the tool asks for a file
+        {"si", true, true, {{tool, {savedPath}}}},
+        {"no", true, false, {}},
+    };
+    for (const Case& c : cases) {
+        QFile::remove(savedPath);
+        RichTextSurface t;
+        SettingsStore settings(dir.path());
+        RecordingMessages messages;
+        messages.answers = {QString::fromLatin1(c.answer)};
+        NoDialogs dialogs;
+        if (c.saveDialogGivesName)
+            dialogs.saveAs = savedPath;
+        RecordingShell shell;
+        NoFrame frame;
+        Document document(t, settings, messages, dialogs, shell, frame);
+        t.setText(QStringLiteral("da cifrare"));
+        encryptCurrentDocument(document, t, messages, shell,
+                               c.toolPresent ? QStringList{tools.path()} : QStringList{dir.path()});
+        ASSERT_FALSE(messages.shown.empty()) << c.answer;
+        EXPECT_EQ(messages.shown.front(), question) << c.answer;
+        EXPECT_EQ(shell.started, c.started) << c.answer << c.saveDialogGivesName;
+    }
+
+    // A document already on disk goes straight to the tool.
+    RichTextSurface t;
+    SettingsStore settings(dir.path());
+    RecordingMessages messages;
+    NoDialogs dialogs;
+    RecordingShell shell;
+    NoFrame frame;
+    Document document(t, settings, messages, dialogs, shell, frame);
+    writeFile(savedPath, "{\\rtf1 x}", false);
+    document.Aprii(savedPath);
+    encryptCurrentDocument(document, t, messages, shell, {tools.path()});
+    EXPECT_TRUE(messages.shown.empty());
+    EXPECT_EQ(shell.started, (std::vector<std::pair<QString, QStringList>>{{tool, {savedPath}}}));
 }
 
 }  // namespace
