@@ -272,7 +272,7 @@ long Document::lineCar(const QString& path, bool comeRTF)
     frame_.showProgress(QStringLiteral("Conversione..."), barPercent());
     if (comeRTF) {
         // The RTF reader decodes the code pages itself.
-        testo_.setTextRTF(QString::fromLatin1(bytes));
+        testo_.setTextRtfBytes(bytes);
     } else {
         testo_.setText(decodePlainText(bytes));
     }
