@@ -164,10 +164,11 @@ void ByteDecoder::decode(const char* bytes, qsizetype n, QString& out)
         }
         if (i > from)
             out += impl_->decoder.decode(QByteArrayView(bytes + from, i - from));
-        if (i < n)
+        if (i < n) {
             out += QChar(own ? own : char16_t(b));
+            leadPending_ = false;
+        }
         from = i + 1;
-        leadPending_ = false;
     }
 }
 

@@ -241,7 +241,7 @@ private:
     void realizeBreak();
     void endParagraph();
     void applyParagraph(const ParaState& pa);
-    void applyList(const ParaState& pa, QTextBlock block);
+    void applyList(const ParaState& pa, QTextBlock block, QTextList* old, int oldNumber);
     void emitObject(const QByteArray& raw, const QImage& image, QSize goalTwips);
     int codePageOf(int font) const;
     int effectiveFont(const CharState& s) const;
@@ -281,7 +281,6 @@ private:
     CharState bufState_;
     bool pendingBreak_ = false;
     bool pendingCellTab_ = false;
-    QPointer<QTextList> pnList_;
     // Word's lists number on across other paragraphs: one QTextList per
     // list and level.
     std::map<std::pair<int, int>, QPointer<QTextList>> lsLists_;
@@ -1282,10 +1281,14 @@ void Reader::applyParagraph(const ParaState& pa)
     setTwips(bf, prop::FirstIndent, pa.fi);
     setTabStops(bf, pa.tabs);
     QTextBlock block = cursor_.block();
-    if (QTextList* old = block.textList())
+    // The list the paragraph is in already (a paste into a list) may be the
+    // one its words describe.
+    QPointer<QTextList> old = block.textList();
+    const int oldNumber = old ? listStart(old->format()) + old->itemNumber(block) : 0;
+    if (old)
         old->remove(block);
     cursor_.setBlockFormat(bf);
-    applyList(pa, block);
+    applyList(pa, block, old, oldNumber);
 }
 
 QTextListFormat::Style listStyleOf(int nfc)
@@ -1312,7 +1315,7 @@ void setBullet(QTextListFormat& lf, const QString& glyph)
     lf.setProperty(prop::ListLabel, glyph.isEmpty() ? QStringLiteral("\u2022") : glyph);
 }
 
-void Reader::applyList(const ParaState& pa, QTextBlock block)
+void Reader::applyList(const ParaState& pa, QTextBlock block, QTextList* old, int oldNumber)
 {
     QTextListFormat lf;
     lf.setIndent(1);  // the level shows through the paragraph's own indent
@@ -1374,18 +1377,20 @@ void Reader::applyList(const ParaState& pa, QTextBlock block)
     // Paragraphs that inherit the list words go on with the list before; a
     // paragraph with words of its own starts one, unless its start number is
     // the one that list would give next.
+    auto sameFormat = [&lf](const QTextList* l) {
+        return l && l->format().style() == lf.style() && l->format().numberPrefix() == lf.numberPrefix() &&
+               l->format().numberSuffix() == lf.numberSuffix() &&
+               l->format().property(prop::ListLabel) == lf.property(prop::ListLabel);
+    };
+    auto fits = [&pa](int number) { return !pa.pnFresh || pa.pn.type == PnState::Bullet || pa.pn.start == number; };
     const QTextBlock prev = block.previous();
-    const bool sameList = pnList_ && prev.isValid() && prev.textList() == pnList_ &&
-                          pnList_->format().style() == lf.style() &&
-                          pnList_->format().numberPrefix() == lf.numberPrefix() &&
-                          pnList_->format().numberSuffix() == lf.numberSuffix() &&
-                          pnList_->format().property(prop::ListLabel) == lf.property(prop::ListLabel);
-    const bool goesOn = sameList && (!pa.pnFresh || (pa.pn.type == PnState::Numbered &&
-                                                     pa.pn.start == listStart(pnList_->format()) + pnList_->count()));
-    if (goesOn)
-        pnList_->add(block);
+    QTextList* before = prev.isValid() ? prev.textList() : nullptr;
+    if (sameFormat(old) && fits(oldNumber))
+        old->add(block);
+    else if (sameFormat(before) && fits(listStart(before->format()) + before->itemNumber(prev) + 1))
+        before->add(block);
     else
-        pnList_ = cursor_.createList(lf);
+        cursor_.createList(lf);
 }
 
 void Reader::emitObject(const QByteArray& raw, const QImage& image, QSize goalTwips)
@@ -1467,8 +1472,9 @@ const QTextCharFormat& Reader::formatOf(const CharState& s)
         f.setProperty(prop::SuperSub, s.offset > 0 ? 1 : -1);
         f.setVerticalAlignment(s.offset > 0 ? QTextCharFormat::AlignSuperScript : QTextCharFormat::AlignSubScript);
     } else if (s.offset) {
+        // \up and \dn raise and lower text at its full size.
         f.setProperty(prop::OffsetHalfPoints, s.offset);
-        f.setVerticalAlignment(s.offset > 0 ? QTextCharFormat::AlignSuperScript : QTextCharFormat::AlignSubScript);
+        f.setBaselineOffset(100.0 * s.offset / s.fs);
     }
     if (s.cf > 0 && s.cf < int(colours_.size()) && colours_[s.cf])
         f.setForeground(*colours_[s.cf]);

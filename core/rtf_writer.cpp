@@ -37,7 +37,6 @@ struct CharWords {
     bool caps = false;
     bool smallCaps = false;
     bool doubleStrike = false;
-    int superSub = 0;  // +1 \super, -1 \sub: the shrunk kind of offset
     int offset = 0;
     bool symbol = false;   // the font is a symbol font: bytes, not characters
     bool western = true;   // the font's code page is Windows-1252
@@ -71,6 +70,7 @@ ParaWords paraWordsOf(const QTextBlock& block)
                 twipsOf(f, prop::FirstIndent), block.textList() != nullptr, {}, tabStopsOf(f)};
     if (const QTextList* list = block.textList()) {
         const QTextListFormat lf = list->format();
+        // Bullets look the same in one list or two; numbers tell them apart.
         p.list.list = list;
         switch (lf.style()) {
         case QTextListFormat::ListDecimal: p.list.type = 2; p.list.style = 0; break;
@@ -80,6 +80,8 @@ ParaWords paraWordsOf(const QTextBlock& block)
         case QTextListFormat::ListLowerAlpha: p.list.type = 2; p.list.style = 4; break;
         default: p.list.type = 1; break;
         }
+        if (p.list.type != 2)
+            p.list.list = nullptr;
         if (p.list.type == 2) {
             p.list.before = lf.numberPrefix();
             p.list.after = lf.numberSuffix();
@@ -194,10 +196,8 @@ const CharWords& Writer::wordsOf(const QTextCharFormat& f, int formatIndex)
         w.strike = false;
         w.doubleStrike = true;
     }
-    if (f.hasProperty(prop::SuperSub) && !f.hasProperty(prop::OffsetHalfPoints))
-        w.superSub = f.intProperty(prop::SuperSub) > 0 ? 1 : -1;
-    else
-        w.offset = offsetHalfPointsOf(f);
+    // \super and \sub go back as the offsets the string engine reads.
+    w.offset = offsetHalfPointsOf(f);
     const int charset = fonts_[size_t(w.font)].charset;
     w.symbol = charset == 2;
     w.western = charset == 0 || charset == 1;
@@ -221,7 +221,6 @@ void Writer::writeCharWords(const CharWords& w)
         if (w.hidden) word("\\v");
         if (w.offset > 0) word("\\up", w.offset);
         if (w.offset < 0) word("\\dn", -w.offset);
-        if (w.superSub) word(w.superSub > 0 ? "\\super" : "\\sub");
         if (w.caps) word("\\caps");
         if (w.smallCaps) word("\\scaps");
         word("\\f", w.font);
@@ -235,15 +234,11 @@ void Writer::writeCharWords(const CharWords& w)
         if (w.strike != l.strike) word(w.strike ? "\\strike" : "\\strike0");
         if (w.doubleStrike != l.doubleStrike) word(w.doubleStrike ? "\\striked1" : "\\striked0");
         if (w.hidden != l.hidden) word(w.hidden ? "\\v" : "\\v0");
-        // \nosupersub also clears an offset and \super sets one: the word
-        // that clears goes first.
-        if (w.superSub != l.superSub && !w.superSub) word("\\nosupersub");
-        if (w.offset != l.offset || (l.superSub && !w.superSub && w.offset)) {
+        if (w.offset != l.offset) {
             if (w.offset > 0) word("\\up", w.offset);
             else if (w.offset < 0) word("\\dn", -w.offset);
-            else if (!l.superSub) word("\\up0");
+            else word("\\up0");
         }
-        if (w.superSub != l.superSub && w.superSub) word(w.superSub > 0 ? "\\super" : "\\sub");
         if (w.caps != l.caps) word(w.caps ? "\\caps" : "\\caps0");
         if (w.smallCaps != l.smallCaps) word(w.smallCaps ? "\\scaps" : "\\scaps0");
         if (w.font != l.font) word("\\f", w.font);

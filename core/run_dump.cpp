@@ -43,8 +43,6 @@ QJsonObject runOf(const QTextCharFormat& f, const QTextCharFormat& def)
         run[QStringLiteral("small_caps")] = true;
     if (f.fontStrikeOut() && f.boolProperty(prop::DoubleStrike))
         run[QStringLiteral("double_strike")] = true;
-    if (f.hasProperty(prop::SuperSub))
-        run[QStringLiteral("super_sub")] = f.intProperty(prop::SuperSub) > 0 ? QStringLiteral("super") : QStringLiteral("sub");
     return run;
 }
 

@@ -2,6 +2,7 @@
 // gets wrong: each is loaded as a file and compared whole, text with list
 // labels and the formats that matter, then written back and read again.
 
+#include "core/codepage.h"
 #include "core/rich_text_surface.h"
 #include "core/rtf_keywords.h"
 #include "core/rtf_lexer.h"
@@ -18,6 +19,9 @@
 #include <QTemporaryDir>
 #include <QTextBlock>
 #include <QTextDocument>
+
+#include <cstring>
+#include <tuple>
 
 using namespace tornelia;
 
@@ -140,7 +144,7 @@ TEST(RtfSamples, SymbolFontKeepsItsBytesButReadsAsUnicode)
 {
     const Loaded l = load("symbol_font.rtf");
     EXPECT_EQ(str(l.runs), str({"¶", "Area = |Arial,10", QStringLiteral("\uF070|Symbol,10"), " r|Arial,10",
-                                "2|Arial,10,offset_half_points=6,super_sub=super", ", 20|Arial,10",
+                                "2|Arial,10,offset_half_points=6", ", 20|Arial,10",
                                 QStringLiteral("\uF0B0|Symbol,10"), "C |Arial,10", QStringLiteral("\uF0B1|Symbol,10"),
                                 " 1, |Arial,10", QStringLiteral("\uF0E0|Wingdings,10"), " arrow|Arial,10"}));
     EXPECT_EQ(exportedText("symbol_font.rtf").toStdString(), "Area = π r2, 20°C ± 1, \uF0E0 arrow");
@@ -169,13 +173,24 @@ TEST(RtfSamples, FontsWithAScriptSuffixShowInTheBaseFontAndKeepTheirName)
 TEST(RtfSamples, SuperSubSmallCapsAndDoubleStrikeAreKeptAndWritten)
 {
     const Loaded l = load("character_formats.rtf");
-    EXPECT_EQ(str(l.runs), str({"¶", "H|Arial,12", "2|Arial,12,offset_half_points=-6,super_sub=sub", "O x|Arial,12",
-                                "2|Arial,12,offset_half_points=6,super_sub=super", " |Arial,12",
+    EXPECT_EQ(str(l.runs), str({"¶", "H|Arial,12", "2|Arial,12,offset_half_points=-6", "O x|Arial,12",
+                                "2|Arial,12,offset_half_points=6", " |Arial,12",
                                 "raised|Arial,12,offset_half_points=6", " |Arial,12", "lowered|Arial,12,offset_half_points=-4",
                                 " |Arial,12", "Small Caps|Arial,12,small_caps=true", " |Arial,12",
                                 "twice|Arial,12,double_strike=true,strike=true", " |Arial,12", "once|Arial,12,strike=true"}));
-    for (const char* w : {"\\sub 2", "\\super 2", "\\up6 raised", "\\dn4 lowered", "\\scaps Small", "\\striked1 twice"})
+    // \super and \sub go back as the offsets the string engine reads.
+    for (const char* w : {"\\dn6 2", "\\up6 2", "\\up6 raised", "\\dn4 lowered", "\\scaps Small", "\\striked1 twice"})
         EXPECT_TRUE(l.rtf.contains(QLatin1String(w))) << w << "\n" << l.rtf.toStdString();
+    // Only \super and \sub shrink; \up and \dn raise and lower at full size.
+    RichTextSurface s;
+    s.setFileName(sample("character_formats.rtf"));
+    QStringList shown;
+    for (auto it = s.document()->begin().begin(); !it.atEnd(); ++it) {
+        const QTextCharFormat f = it.fragment().charFormat();
+        if (f.verticalAlignment() != QTextCharFormat::AlignNormal || f.baselineOffset() != 0)
+            shown << QStringLiteral("%1:%2:%3").arg(it.fragment().text()).arg(int(f.verticalAlignment())).arg(f.baselineOffset());
+    }
+    EXPECT_EQ(str(shown), str({"2:2:0", "2:1:0", "raised:0:25", "lowered:0:-16.6667"}));
 }
 
 TEST(RtfSamples, TabStopsAreKeptLaidOutAndWritten)
@@ -234,4 +249,43 @@ TEST(RtfKeywords, KnownWordsAndDestinationsAreFound)
     EXPECT_EQ(rtf::findKeyword("fs")->defaultParam, 24);
     EXPECT_EQ(rtf::findKeyword("notaword"), nullptr);
     EXPECT_EQ(rtf::findKeyword(""), nullptr);
+}
+
+// Mac Japanese is Shift_JIS with single bytes of its own; a pair split
+// between two calls still makes one character, and a byte that ends a pair
+// is never taken for one of the Mac's own.
+TEST(MacCodePages, DecodeStatefullyWithTheMacsOwnBytes)
+{
+    ByteDecoder japanese(10001);
+    QString out;
+    japanese.decode("\x93", 1, out);
+    japanese.decode("\xfa\x80\xa0\xfd\xfe\xff\xb1", 7, out);
+    EXPECT_EQ(out.toStdString(), "日\\\u00a0©™…ｱ");
+
+    ByteDecoder chinese(10002);
+    QString big5;
+    chinese.decode("\xa4\xa4\xfd", 3, big5);
+    EXPECT_EQ(big5.toStdString(), "中©");
+
+    for (const auto& [cp, bytes, text] : {std::tuple{10000, "caf\x8e", "café"}, std::tuple{10007, "\x8f\xf0\xe8", "При"},
+                                          std::tuple{10029, "\xfc\x97", "Łó"}, std::tuple{10006, "\xe1", "α"}}) {
+        ByteDecoder d(cp);
+        QString s;
+        d.decode(bytes, qsizetype(strlen(bytes)), s);
+        EXPECT_EQ(s.toStdString(), text) << cp;
+    }
+}
+
+// RTF held as text may carry characters beyond its bytes (a program's own
+// string, not a file): they stay what they are, pairs included, and a
+// damaged list table or shape loses nothing around it.
+TEST(RtfReader, TextBeyondBytesAndDamagedDestinationsKeepTheirNeighbours)
+{
+    RichTextSurface s;
+    s.setTextRTF(QStringLiteral("{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0 Ω \U0001F600 ok\\par}"));
+    EXPECT_EQ(s.Text().toStdString(), "Ω \U0001F600 ok");
+    s.setTextRTF(QStringLiteral("{\\rtf1\\ansi before {\\*\\listtable{\\list{\\listlevel{\\leveltext\\'02\\'00.;}} after\\par}"));
+    EXPECT_EQ(s.Text().toStdString(), "before ");
+    s.setTextRTF(QStringLiteral("{\\rtf1\\ansi A{\\shp{\\*\\shpinst{\\sp{\\sn pib}{\\sv{\\pict\\pngblip 89504e}}}}}B\\ls5 C\\par}"));
+    EXPECT_EQ(s.Text().toStdString(), "A\uFFFCBC");
 }
