@@ -34,6 +34,22 @@ const char* codecName(int codePage)
     case 1257: return "windows-1257";
     case 1258: return "windows-1258";
     case 10000: return "macintosh";
+    // The Far East Mac code pages are their Windows cousins with a few single
+    // bytes of their own, which MacByteFixups puts right.
+    case 10001: return "Shift_JIS";
+    case 10002: return "Big5";
+    case 10003: return "windows-949";
+    case 10008: return "GBK";
+    case 10006: return "x-mac-greek";
+    case 10007: return "x-mac-cyrillic";
+    case 10017: return "x-mac-cyrillic";
+    case 10029: return "x-mac-centraleurope";
+    case 10081: return "x-mac-turkish";
+    // Mac Icelandic, Romanian and Croatian differ from Mac Roman in a handful
+    // of letters only; Mac Roman is far better than reading them as Windows.
+    case 10010:
+    case 10079:
+    case 10082: return "macintosh";
     case 65001: return "UTF-8";
     default: return nullptr;
     }
@@ -61,6 +77,14 @@ int codePageOfCharset(int charset)
     switch (charset) {
     case 0: return 1252;
     case 77: return 10000;
+    case 78: return 10001;
+    case 79: return 10003;
+    case 80: return 10008;
+    case 81: return 10002;
+    case 85: return 10006;
+    case 86: return 10081;
+    case 88: return 10029;
+    case 89: return 10007;
     case 128: return 932;
     case 129: return 949;
     case 134: return 936;
@@ -76,6 +100,19 @@ int codePageOfCharset(int charset)
     case 238: return 1250;
     case 254: return 437;
     case 255: return 850;
+    default: return 0;
+    }
+}
+
+// Single bytes where a Far East Mac code page parts from its Windows cousin.
+char16_t macFarEastByte(int codePage, unsigned char b)
+{
+    switch (b) {
+    case 0x80: return codePage == 10001 ? u'\\' : 0;
+    case 0xA0: return codePage == 10001 ? 0x00A0 : 0;
+    case 0xFD: return 0x00A9;
+    case 0xFE: return 0x2122;
+    case 0xFF: return 0x2026;
     default: return 0;
     }
 }
@@ -112,15 +149,25 @@ void ByteDecoder::decode(const char* bytes, qsizetype n, QString& out)
     }
     // Control bytes are never part of a multi-byte character, and some of
     // the system's converters swap them about: they stand for themselves.
+    const bool macFarEast = codePage_ == 10001 || codePage_ == 10002 || codePage_ == 10003 || codePage_ == 10008;
     qsizetype from = 0;
     for (qsizetype i = 0; i <= n; ++i) {
         const auto b = i < n ? static_cast<unsigned char>(bytes[i]) : 0;
-        if (i < n && b >= 0x20 && b != 0x7F)
-            continue;
+        char16_t own = 0;
+        if (i < n && b >= 0x20 && b != 0x7F) {
+            // A lead byte's partner may be one of the special values, so only a
+            // byte that starts a character can be one of the Mac's own.
+            if (!macFarEast || b < 0x80 || (own = macFarEastByte(codePage_, b)) == 0 || leadPending_) {
+                leadPending_ = macFarEast && !leadPending_ && b >= 0x81 && b != 0xA0 && !(b >= 0xA1 && b <= 0xDF && codePage_ == 10001);
+                continue;
+            }
+        }
         if (i > from)
             out += impl_->decoder.decode(QByteArrayView(bytes + from, i - from));
-        if (i < n)
-            out += QChar(char16_t(b));
+        if (i < n) {
+            out += QChar(own ? own : char16_t(b));
+            leadPending_ = false;
+        }
         from = i + 1;
     }
 }

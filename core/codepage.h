@@ -32,6 +32,7 @@ public:
 private:
     struct Impl;
     int codePage_;
+    bool leadPending_ = false;  // the last byte given opened a double-byte pair
     std::unique_ptr<Impl> impl_;
 };
 

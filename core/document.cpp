@@ -267,7 +267,7 @@ long Document::lineCar(const QString& path, LoadAs as)
     switch (as) {
     case LoadAs::Rtf:
         // The RTF reader decodes the code pages itself.
-        testo_.setTextRTF(QString::fromLatin1(bytes));
+        testo_.setTextRtfBytes(bytes);
         break;
     case LoadAs::Text:
         testo_.setText(decodePlainText(bytes));

@@ -210,7 +210,7 @@ void RichTextSurface::readRtf(const QString& rtf, bool wholeDocument)
     RtfReadOptions options;
     options.wholeDocument = wholeDocument;
     options.baseFormat = defaultFormat_;
-    tornelia::readRtf(rtf, cursor_, options);
+    tornelia::readRtf(QStringView(rtf), cursor_, options);
 }
 
 void RichTextSurface::setTextRTF(const QString& rtf)
@@ -219,12 +219,30 @@ void RichTextSurface::setTextRTF(const QString& rtf)
         setText(rtf);
         return;
     }
+    replaceWithRtf([&] { readRtf(rtf, true); });
+}
+
+void RichTextSurface::setTextRtfBytes(const QByteArray& rtf)
+{
+    if (!startsWithRtf(QString::fromLatin1(rtf.left(64)))) {
+        setText(QString::fromLatin1(rtf));
+        return;
+    }
+    replaceWithRtf([&] {
+        RtfReadOptions options;
+        options.baseFormat = defaultFormat_;
+        tornelia::readRtf(QByteArrayView(rtf), cursor_, options);
+    });
+}
+
+void RichTextSurface::replaceWithRtf(const std::function<void()>& read)
+{
     cursor_.beginEditBlock();
     cursor_.select(QTextCursor::Document);
     cursor_.removeSelectedText();
     cursor_.setBlockFormat(QTextBlockFormat());
     cursor_.setBlockCharFormat(defaultFormat_);
-    readRtf(rtf, true);
+    read();
     cursor_.endEditBlock();
     pendingFormat_.reset();
     QTextCursor c(doc_);
@@ -243,9 +261,8 @@ void RichTextSurface::setFileName(const QString& path)
 
 void RichTextSurface::setContents(const QByteArray& bytes)
 {
-    const QString latin = QString::fromLatin1(bytes);
-    if (startsWithRtf(latin))
-        setTextRTF(latin);
+    if (startsWithRtf(QString::fromLatin1(bytes.left(64))))
+        setTextRtfBytes(bytes);
     else
         setText(decodePlainText(bytes));
 }
@@ -718,14 +735,15 @@ void RichTextSurface::LoadFile(const QString& path, int kind)
         throw SurfaceError(file.errorString().toStdString());
     const QByteArray bytes = file.readAll();
     if (kind == RtfKind)
-        setTextRTF(QString::fromLatin1(bytes));
+        setTextRtfBytes(bytes);
     else
         setText(decodePlainText(bytes));
 }
 
 void RichTextSurface::SaveFile(const QString& path, int kind) const
 {
-    const QByteArray bytes = kind == RtfKind ? TextRTF().toLatin1() : encodePlainText(Text());
+    // Plain text carries what the view shows: list labels, symbol characters.
+    const QByteArray bytes = kind == RtfKind ? TextRTF().toLatin1() : encodePlainText(plainTextExport(*doc_));
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         throw SurfaceError(file.errorString().toStdString());

@@ -82,6 +82,8 @@ public:
     void setText(const QString& text);
     QString TextRTF() const;
     void setTextRTF(const QString& rtf);
+    // The same from the bytes of a file, read as bytes.
+    void setTextRtfBytes(const QByteArray& rtf);
     QString FileName() const { return fileName_; }
     // Records the path and loads the file by its contents: RTF when it starts
     // with "{\rtf", plain text otherwise. Throws SurfaceError when unreadable.
@@ -209,6 +211,7 @@ private:
     void mergeBlocks(const std::function<void(QTextBlockFormat&)>& change);
     void replaceWithPlainText(const QString& text);
     void readRtf(const QString& rtf, bool wholeDocument);
+    void replaceWithRtf(const std::function<void()>& read);
 
     QTextDocument* doc_;
     QTextCursor cursor_;

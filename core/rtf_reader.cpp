@@ -3,16 +3,19 @@
 #include "core/codepage.h"
 #include "core/picture.h"
 #include "core/rich_text_surface.h"
+#include "core/rtf_keywords.h"
+#include "core/rtf_lexer.h"
 #include "core/text_format.h"
 
-#include <QCryptographicHash>
 #include <QTextBlock>
 #include <QTextDocument>
+#include <QPointer>
 #include <QTextList>
 
 #include <algorithm>
-#include <array>
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -21,247 +24,32 @@
 namespace tornelia {
 namespace {
 
-// Beyond these the input is treated as garbage, never as a reason to fail.
-constexpr int kMaxKeywordLength = 32;
-constexpr int kMaxParameterDigits = 10;
+using rtf::Id;
+using rtf::Keyword;
+using rtf::Kind;
+
+// Beyond this the input is treated as garbage, never as a reason to fail.
 constexpr int kMaxDepth = 2048;
 constexpr int kSymbolCodePage = -2;
 
-enum class Kind : std::uint8_t { Flag, Toggle, Value, Destination, Symbol };
-
-enum class Id : std::uint16_t {
-    // destinations
-    Fonttbl, Colortbl, Pict, Object, Pn, SkipDest, NormalDest, Field,
-    // document
-    Ansi, Mac, Pc, Pca, Ansicpg, Deff, Uc, U, Bin,
-    // font table
-    F, Fcharset, Fprq, Cpg, FontFamily,
-    // colour table
-    Red, Green, Blue,
-    // character
-    Plain, B, I, Strike, Striked, V, Caps, Ul, Uld, Uldash, Uldashd, Uldashdd, Uldb, Uldbl,
-    Ulth, Ulw, Ulwave, Ulhair, Ulnone, Up, Dn, Super, Sub, Nosupersub, Fs, Cf, Highlight, Cb,
-    // paragraph
-    Pard, Ql, Qr, Qc, Qj, Li, Ri, Fi, Ls, PnBullet,
-    // specials
-    Par, Line, Tab, Cell, Row, Page, Emdash, Endash, Bullet, Lquote, Rquote, Ldblquote,
-    Rdblquote, Emspace, Enspace, Qmspace, Zwj, Zwnj, Ltrmark, Rtlmark,
-    // picture
-    Pngblip, Jpegblip, Dibitmap, Wbitmap, Wmetafile, Emfblip, Macpict, Picw, Pich, Picwgoal,
-    Pichgoal, Picscalex, Picscaley,
-};
-
-struct Word {
-    std::string_view name;
-    Kind kind;
-    Id id;
-    int defaultParam;
-};
-
-// Sorted by name; looked up by binary search.
-constexpr Word kWords[] = {
-    {"aftncn", Kind::Destination, Id::SkipDest, 0},
-    {"aftnsep", Kind::Destination, Id::SkipDest, 0},
-    {"aftnsepc", Kind::Destination, Id::SkipDest, 0},
-    {"annotation", Kind::Destination, Id::SkipDest, 0},
-    {"ansi", Kind::Flag, Id::Ansi, 0},
-    {"ansicpg", Kind::Value, Id::Ansicpg, 1252},
-    {"atnauthor", Kind::Destination, Id::SkipDest, 0},
-    {"atndate", Kind::Destination, Id::SkipDest, 0},
-    {"atnid", Kind::Destination, Id::SkipDest, 0},
-    {"atnref", Kind::Destination, Id::SkipDest, 0},
-    {"atntime", Kind::Destination, Id::SkipDest, 0},
-    {"author", Kind::Destination, Id::SkipDest, 0},
-    {"b", Kind::Toggle, Id::B, 1},
-    {"bin", Kind::Value, Id::Bin, 0},
-    {"blue", Kind::Value, Id::Blue, 0},
-    {"bullet", Kind::Symbol, Id::Bullet, 0},
-    {"buptim", Kind::Destination, Id::SkipDest, 0},
-    {"caps", Kind::Toggle, Id::Caps, 1},
-    {"category", Kind::Destination, Id::SkipDest, 0},
-    {"cb", Kind::Value, Id::Cb, 0},
-    {"cell", Kind::Symbol, Id::Cell, 0},
-    {"cf", Kind::Value, Id::Cf, 0},
-    {"colortbl", Kind::Destination, Id::Colortbl, 0},
-    {"comment", Kind::Destination, Id::SkipDest, 0},
-    {"company", Kind::Destination, Id::SkipDest, 0},
-    {"cpg", Kind::Value, Id::Cpg, 0},
-    {"creatim", Kind::Destination, Id::SkipDest, 0},
-    {"deff", Kind::Value, Id::Deff, 0},
-    {"dibitmap", Kind::Value, Id::Dibitmap, 0},
-    {"dn", Kind::Value, Id::Dn, 6},
-    {"doccomm", Kind::Destination, Id::SkipDest, 0},
-    {"docvar", Kind::Destination, Id::SkipDest, 0},
-    {"emdash", Kind::Symbol, Id::Emdash, 0},
-    {"emfblip", Kind::Flag, Id::Emfblip, 0},
-    {"emspace", Kind::Symbol, Id::Emspace, 0},
-    {"endash", Kind::Symbol, Id::Endash, 0},
-    {"enspace", Kind::Symbol, Id::Enspace, 0},
-    {"f", Kind::Value, Id::F, 0},
-    {"fbidi", Kind::Flag, Id::FontFamily, 0},
-    {"fcharset", Kind::Value, Id::Fcharset, 0},
-    {"fdecor", Kind::Flag, Id::FontFamily, 0},
-    {"fi", Kind::Value, Id::Fi, 0},
-    {"field", Kind::Destination, Id::Field, 0},
-    {"fldinst", Kind::Destination, Id::SkipDest, 0},
-    {"fldrslt", Kind::Destination, Id::NormalDest, 0},
-    {"fmodern", Kind::Flag, Id::FontFamily, 0},
-    {"fnil", Kind::Flag, Id::FontFamily, 0},
-    {"fonttbl", Kind::Destination, Id::Fonttbl, 0},
-    {"footer", Kind::Destination, Id::SkipDest, 0},
-    {"footerf", Kind::Destination, Id::SkipDest, 0},
-    {"footerl", Kind::Destination, Id::SkipDest, 0},
-    {"footerr", Kind::Destination, Id::SkipDest, 0},
-    {"footnote", Kind::Destination, Id::SkipDest, 0},
-    {"fprq", Kind::Value, Id::Fprq, 0},
-    {"froman", Kind::Flag, Id::FontFamily, 0},
-    {"fs", Kind::Value, Id::Fs, 24},
-    {"fscript", Kind::Flag, Id::FontFamily, 0},
-    {"fswiss", Kind::Flag, Id::FontFamily, 0},
-    {"ftech", Kind::Flag, Id::FontFamily, 0},
-    {"ftncn", Kind::Destination, Id::SkipDest, 0},
-    {"ftnsep", Kind::Destination, Id::SkipDest, 0},
-    {"ftnsepc", Kind::Destination, Id::SkipDest, 0},
-    {"green", Kind::Value, Id::Green, 0},
-    {"header", Kind::Destination, Id::SkipDest, 0},
-    {"headerf", Kind::Destination, Id::SkipDest, 0},
-    {"headerl", Kind::Destination, Id::SkipDest, 0},
-    {"headerr", Kind::Destination, Id::SkipDest, 0},
-    {"highlight", Kind::Value, Id::Highlight, 0},
-    {"i", Kind::Toggle, Id::I, 1},
-    {"info", Kind::Destination, Id::SkipDest, 0},
-    {"jpegblip", Kind::Flag, Id::Jpegblip, 0},
-    {"keywords", Kind::Destination, Id::SkipDest, 0},
-    {"ldblquote", Kind::Symbol, Id::Ldblquote, 0},
-    {"li", Kind::Value, Id::Li, 0},
-    {"lin", Kind::Value, Id::Li, 0},
-    {"line", Kind::Symbol, Id::Line, 0},
-    {"listtext", Kind::Destination, Id::SkipDest, 0},
-    {"lquote", Kind::Symbol, Id::Lquote, 0},
-    {"ls", Kind::Value, Id::Ls, 0},
-    {"ltrmark", Kind::Symbol, Id::Ltrmark, 0},
-    {"mac", Kind::Flag, Id::Mac, 0},
-    {"macpict", Kind::Flag, Id::Macpict, 0},
-    {"manager", Kind::Destination, Id::SkipDest, 0},
-    {"nestcell", Kind::Symbol, Id::Cell, 0},
-    {"nestrow", Kind::Symbol, Id::Row, 0},
-    {"nesttableprops", Kind::Destination, Id::SkipDest, 0},
-    {"nonesttables", Kind::Destination, Id::SkipDest, 0},
-    {"nonshppict", Kind::Destination, Id::SkipDest, 0},
-    {"nosupersub", Kind::Flag, Id::Nosupersub, 0},
-    {"object", Kind::Destination, Id::Object, 0},
-    {"operator", Kind::Destination, Id::SkipDest, 0},
-    {"page", Kind::Symbol, Id::Page, 0},
-    {"par", Kind::Symbol, Id::Par, 0},
-    {"pard", Kind::Flag, Id::Pard, 0},
-    {"pc", Kind::Flag, Id::Pc, 0},
-    {"pca", Kind::Flag, Id::Pca, 0},
-    {"pich", Kind::Value, Id::Pich, 0},
-    {"pichgoal", Kind::Value, Id::Pichgoal, 0},
-    {"picscalex", Kind::Value, Id::Picscalex, 100},
-    {"picscaley", Kind::Value, Id::Picscaley, 100},
-    {"pict", Kind::Destination, Id::Pict, 0},
-    {"picw", Kind::Value, Id::Picw, 0},
-    {"picwgoal", Kind::Value, Id::Picwgoal, 0},
-    {"plain", Kind::Flag, Id::Plain, 0},
-    {"pn", Kind::Destination, Id::Pn, 0},
-    {"pngblip", Kind::Flag, Id::Pngblip, 0},
-    {"pnlvlblt", Kind::Flag, Id::PnBullet, 0},
-    {"pnlvlbody", Kind::Flag, Id::PnBullet, 0},
-    {"pnlvlcont", Kind::Flag, Id::PnBullet, 0},
-    {"pnseclvl", Kind::Destination, Id::SkipDest, 0},
-    {"pntext", Kind::Destination, Id::SkipDest, 0},
-    {"pntxta", Kind::Destination, Id::SkipDest, 0},
-    {"pntxtb", Kind::Destination, Id::SkipDest, 0},
-    {"printim", Kind::Destination, Id::SkipDest, 0},
-    {"private", Kind::Destination, Id::SkipDest, 0},
-    {"qc", Kind::Flag, Id::Qc, 0},
-    {"qj", Kind::Flag, Id::Qj, 0},
-    {"ql", Kind::Flag, Id::Ql, 0},
-    {"qmspace", Kind::Symbol, Id::Qmspace, 0},
-    {"qr", Kind::Flag, Id::Qr, 0},
-    {"rdblquote", Kind::Symbol, Id::Rdblquote, 0},
-    {"red", Kind::Value, Id::Red, 0},
-    {"revtim", Kind::Destination, Id::SkipDest, 0},
-    {"ri", Kind::Value, Id::Ri, 0},
-    {"rin", Kind::Value, Id::Ri, 0},
-    {"row", Kind::Symbol, Id::Row, 0},
-    {"rquote", Kind::Symbol, Id::Rquote, 0},
-    {"rtlmark", Kind::Symbol, Id::Rtlmark, 0},
-    {"sect", Kind::Symbol, Id::Page, 0},
-    {"shppict", Kind::Destination, Id::NormalDest, 0},
-    {"shprslt", Kind::Destination, Id::NormalDest, 0},
-    {"strike", Kind::Toggle, Id::Strike, 1},
-    {"striked", Kind::Toggle, Id::Striked, 1},
-    {"stylesheet", Kind::Destination, Id::SkipDest, 0},
-    {"sub", Kind::Toggle, Id::Sub, 0},
-    {"subject", Kind::Destination, Id::SkipDest, 0},
-    {"super", Kind::Toggle, Id::Super, 0},
-    {"tab", Kind::Symbol, Id::Tab, 0},
-    {"tc", Kind::Destination, Id::SkipDest, 0},
-    {"template", Kind::Destination, Id::SkipDest, 0},
-    {"title", Kind::Destination, Id::SkipDest, 0},
-    {"txe", Kind::Destination, Id::SkipDest, 0},
-    {"u", Kind::Value, Id::U, 0},
-    {"uc", Kind::Value, Id::Uc, 1},
-    {"ud", Kind::Destination, Id::NormalDest, 0},
-    {"ul", Kind::Toggle, Id::Ul, 1},
-    {"uld", Kind::Toggle, Id::Uld, 1},
-    {"uldash", Kind::Toggle, Id::Uldash, 1},
-    {"uldashd", Kind::Toggle, Id::Uldashd, 1},
-    {"uldashdd", Kind::Toggle, Id::Uldashdd, 1},
-    {"uldb", Kind::Toggle, Id::Uldb, 1},
-    {"uldbl", Kind::Toggle, Id::Uldbl, 1},
-    {"ulhair", Kind::Toggle, Id::Ulhair, 1},
-    {"ulhwave", Kind::Toggle, Id::Ulwave, 1},
-    {"ulldash", Kind::Toggle, Id::Uldash, 1},
-    {"ulnone", Kind::Flag, Id::Ulnone, 0},
-    {"ulth", Kind::Toggle, Id::Ulth, 1},
-    {"ulthd", Kind::Toggle, Id::Ulth, 1},
-    {"ulthdash", Kind::Toggle, Id::Ulth, 1},
-    {"ulthdashd", Kind::Toggle, Id::Ulth, 1},
-    {"ulthdashdd", Kind::Toggle, Id::Ulth, 1},
-    {"ulthldash", Kind::Toggle, Id::Ulth, 1},
-    {"ululdbwave", Kind::Toggle, Id::Ulwave, 1},
-    {"ulw", Kind::Toggle, Id::Ulw, 1},
-    {"ulwave", Kind::Toggle, Id::Ulwave, 1},
-    {"up", Kind::Value, Id::Up, 6},
-    {"upr", Kind::Destination, Id::SkipDest, 0},
-    {"userprops", Kind::Destination, Id::SkipDest, 0},
-    {"v", Kind::Toggle, Id::V, 1},
-    {"wbitmap", Kind::Value, Id::Wbitmap, 0},
-    {"wmetafile", Kind::Value, Id::Wmetafile, 1},
-    {"xe", Kind::Destination, Id::SkipDest, 0},
-    {"zwj", Kind::Symbol, Id::Zwj, 0},
-    {"zwnj", Kind::Symbol, Id::Zwnj, 0},
-};
-
-const Word* findWord(std::string_view name)
-{
-    static const bool sorted = std::is_sorted(std::begin(kWords), std::end(kWords),
-                                              [](const Word& a, const Word& b) { return a.name < b.name; });
-    Q_ASSERT(sorted);
-    (void)sorted;
-    auto it = std::lower_bound(std::begin(kWords), std::end(kWords), name,
-                               [](const Word& w, std::string_view n) { return w.name < n; });
-    return (it != std::end(kWords) && it->name == name) ? it : nullptr;
-}
-
-enum class Dest : std::uint8_t { Normal, Skip, FontTable, ColorTable, Pict, Object, Pn };
+// ---------------------------------------------------------------- state
 
 struct CharState {
-    int font = -1;
+    int font = -1;  // -1: the document's default
     int fs = 24;
     bool bold = false;
     bool italic = false;
     bool strike = false;
+    bool doubleStrike = false;
     bool hidden = false;
     bool caps = false;
+    bool smallCaps = false;
     UnderlineKind ul = UnderlineKind::None;
     bool ulAltSpelling = false;  // "\uldbl" rather than "\uldb"
     int cf = 0;
     int highlight = 0;
-    int offset = 0;  // half-points, + up, - down
+    int offset = 0;        // half-points, + up, - down
+    bool superSub = false; // the offset came from \super or \sub: shrunk text
     bool operator==(const CharState&) const = default;
 };
 
@@ -272,7 +60,8 @@ struct CharStateHash {
         auto mix = [&h](size_t v) { h ^= v + 0x9e3779b97f4a7c15ULL + (h << 6) + (h >> 2); };
         mix(size_t(s.fs));
         mix(size_t(s.bold) | size_t(s.italic) << 1 | size_t(s.strike) << 2 | size_t(s.hidden) << 3 |
-            size_t(s.caps) << 4 | size_t(s.ulAltSpelling) << 5 | size_t(s.ul) << 8);
+            size_t(s.caps) << 4 | size_t(s.ulAltSpelling) << 5 | size_t(s.doubleStrike) << 6 |
+            size_t(s.smallCaps) << 7 | size_t(s.superSub) << 8 | size_t(s.ul) << 9);
         mix(size_t(s.cf));
         mix(size_t(s.highlight));
         mix(size_t(s.offset));
@@ -280,19 +69,40 @@ struct CharStateHash {
     }
 };
 
+// A \pn list as the paragraph describes it.
+struct PnState {
+    enum Type : std::uint8_t { None, Bullet, Numbered } type = None;
+    int style = 0;  // 0 decimal, 1 upper roman, 2 lower roman, 3 upper letter, 4 lower letter
+    int start = 1;
+    int font = -1;
+    QString before, after;
+    bool operator==(const PnState&) const = default;
+};
+
 struct ParaState {
     int align = 0;  // 0 left, 1 right, 2 centre, 3 justify
     int li = 0;
     int ri = 0;
     int fi = 0;
-    bool bullet = false;
+    int ls = 0;    // \ls: an entry of the list override table
+    int ilvl = 0;
+    PnState pn;
+    bool pnFresh = false;  // this paragraph has its own {\*\pn}: a list starts here
+    std::vector<TabStop> tabs;
+    TabStop nextTab;  // kind and leader words wait for their \tx
+    bool operator==(const ParaState&) const = default;
 };
 
+class Destination;
+
 struct Group {
-    Dest dest = Dest::Normal;
+    Destination* dest = nullptr;  // nullptr: the body, where text is shown
+    bool ownsDest = false;        // this group opened dest
+    std::uint8_t sub = 0;         // what a destination is reading in this group
     CharState ch;
     ParaState pa;
     int uc = 1;
+    int fontMode = -1;    // 0 \loch, 1 \hich, 2 \dbch: which font \af names
     qsizetype start = 0;  // offset of the '{' that opened the group
     bool fresh = true;    // nothing but \* read in the group yet
 };
@@ -305,6 +115,18 @@ struct FontDef {
     int codePage = 0;  // 0: the document's, kSymbolCodePage: symbol font
 };
 
+struct Style {
+    CharState ch;
+    ParaState pa;
+};
+
+struct ListLevel {
+    int nfc = 0;
+    int start = 1;
+    int font = -1;
+    QString text;  // \leveltext: placeholders 0..8 stand for the level numbers
+};
+
 struct PictState {
     QByteArray type;
     int picw = 0, pich = 0, goalw = 0, goalh = 0, scalex = 100, scaley = 100;
@@ -312,10 +134,62 @@ struct PictState {
     int nibble = -1;
 };
 
+// A few Wingdings bullets as the characters they look like.
+char16_t wingdingsBullet(unsigned char b)
+{
+    switch (b) {
+    case 0x6C: return 0x25CF;
+    case 0x6E: return 0x25A0;
+    case 0x71: return 0x2751;
+    case 0x75: return 0x25C6;
+    case 0x76: return 0x2756;
+    case 0xA7: return 0x25AA;
+    case 0xD8: return 0x27A2;
+    case 0xFC: return 0x2713;
+    default: return 0;
+    }
+}
+
+class Reader;
+
+// ---------------------------------------------------------------- destinations
+
+// What a group of the file feeds: the body (no destination), or one of these.
+// A destination sees its own words first; what it leaves, the character and
+// paragraph words, still set the group's state.
+class Destination {
+public:
+    explicit Destination(Reader& r) : r_(r) {}
+    virtual ~Destination() = default;
+    // True when the word was the destination's own.
+    virtual bool word(const Keyword& w, bool hasParam, int value) = 0;
+    // Text bytes and \'hh bytes, in the order they come.
+    virtual void text(std::string_view) {}
+    // A \uN character.
+    virtual void unicode(char32_t) {}
+    // A group inside the destination closed.
+    virtual void groupClosed(const Group&) {}
+    // The destination's own group closed; end is the offset of its '}'.
+    virtual void finish(const Group&, qsizetype) {}
+    // Shows its text in the body (field results, shape results).
+    virtual bool isSkip() const { return false; }
+
+protected:
+    Reader& r_;
+};
+
+// Swallows a group with everything in it.
+class SkipDestination final : public Destination {
+public:
+    using Destination::Destination;
+    bool word(const Keyword&, bool, int) override { return true; }
+    bool isSkip() const override { return true; }
+};
+
 class Reader {
 public:
-    Reader(QStringView src, QTextCursor& cursor, const RtfReadOptions& options)
-        : src_(src), cursor_(cursor), opt_(options)
+    Reader(QByteArrayView src, QTextCursor& cursor, const RtfReadOptions& options)
+        : src_(src), cursor_(cursor), opt_(options), skip_(*this)
     {
         origBlockFormat_ = cursor_.blockFormat();
         stack_.reserve(64);
@@ -324,34 +198,61 @@ public:
 
     void run();
 
-private:
+    // --- what the destinations use
     Group& top() { return stack_.back(); }
+    size_t depth() const { return stack_.size(); }
+    Group& groupAt(size_t i) { return stack_[i]; }
+    void open(std::unique_ptr<Destination> d);
+    void skipGroup() { top().dest = &skip_; top().ownsDest = false; }
+    // Decodes bytes in a font's code page; symbol fonts keep their bytes.
+    void decodeIn(int font, std::string_view bytes, QString& out);
+    int ansiCodePage() const { return ansiCodePage_; }
+    FontDef* fontAt(int index);
+    void setFont(int index, const FontDef& def) { fonts_[index] = def; formatCache_.clear(); }
+    int fontCodePage(const FontDef& def) const;
+    void addColour(std::optional<QColor> c) { colours_.push_back(c); formatCache_.clear(); }
+    bool hasColours() const { return !colours_.empty(); }
+    void setStyle(int index, const Style& s) { styles_[index] = s; }
+    void addListLevel(int listId, const ListLevel& level) { lists_[listId].push_back(level); }
+    void setOverride(int ls, int listId) { overrides_[ls] = listId; }
+    void showPicture(const QByteArray& raw, const PictState& pict);
+    void showObject(const QByteArray& raw);
+    QByteArray rawGroup(qsizetype from, qsizetype end) const { return src_.sliced(from, end - from + 1).toByteArray(); }
+    bool shapePictureWanted() const;
+    void shapePictureShown() { shapePictureShown_ = true; }
+    void setShapeName(const QString& name) { shapeName_ = name; }
+    const QString& shapeName() const { return shapeName_; }
+    bool shapeInValue() const;
+
+private:
     void openGroup(qsizetype at);
     void closeGroup(qsizetype at);
     void controlWord(std::string_view name, bool hasParam, int param);
-    void controlSymbol(char16_t c);
-    void textChar(char16_t c);
-    void hexByte(unsigned char b);
-    void binary(qsizetype from, qsizetype n);
+    void controlSymbol(char c);
+    void textBytes(std::string_view bytes);
+    void unicodeChar(char32_t c);
+    bool stateWord(const Keyword& w, bool hasParam, int value);
+    bool bodyWord(const Keyword& w, bool hasParam, int value);
 
+    // --- the builder: what the body writes into the document
     void flushBytes();
     void emitChar(char16_t c);
     void flushText();
     void realizeBreak();
     void endParagraph();
     void applyParagraph(const ParaState& pa);
+    void applyList(const ParaState& pa, QTextBlock block, QTextList* old, int oldNumber);
     void emitObject(const QByteArray& raw, const QImage& image, QSize goalTwips);
-    void finishPicture();
-    void commitFont();
-    void flushFontName();
-    int fontCodePage(const FontDef& def) const;
     int codePageOf(int font) const;
+    int effectiveFont(const CharState& s) const;
     const QTextCharFormat& formatOf(const CharState& s);
     ByteDecoder& decoder(int codePage);
 
-    QStringView src_;
+    QByteArrayView src_;
     QTextCursor& cursor_;
     const RtfReadOptions& opt_;
+    SkipDestination skip_;
+    std::vector<std::unique_ptr<Destination>> live_;
     QTextBlockFormat origBlockFormat_;
     std::vector<Group> stack_;
     int extraDepth_ = 0;  // braces beyond kMaxDepth, counted but not stacked
@@ -364,120 +265,509 @@ private:
 
     int ansiCodePage_ = 1252;
     int deff_ = -1;
+    int stshfLoch_ = -1;
     std::unordered_map<int, FontDef> fonts_;
-    FontDef curFont_;
-    int curFontIndex_ = -1;
-    std::string fontNameBytes_;
-    QString fontName_;
-
     std::vector<std::optional<QColor>> colours_;
-    int red_ = 0, green_ = 0, blue_ = 0;
-    bool colourSet_ = false;
+    std::unordered_map<int, Style> styles_;
+    std::unordered_map<int, std::vector<ListLevel>> lists_;
+    std::unordered_map<int, int> overrides_;
 
-    PictState pict_;
+    bool shapePictureShown_ = false;
+    bool shpPictSeen_ = false;
+    QString shapeName_;
 
     std::string bytes_;
     QString buf_;
     CharState bufState_;
     bool pendingBreak_ = false;
     bool pendingCellTab_ = false;
-    QTextList* list_ = nullptr;
+    // Word's lists number on across other paragraphs: one QTextList per
+    // list and level.
+    std::map<std::pair<int, int>, QPointer<QTextList>> lsLists_;
     std::unordered_map<CharState, QTextCharFormat, CharStateHash> formatCache_;
     std::unordered_map<int, std::unique_ptr<ByteDecoder>> decoders_;
 };
 
+// {\fonttbl{\f0\fswiss\fcharset0 Arial;}...}
+class FontTable final : public Destination {
+public:
+    using Destination::Destination;
+    bool word(const Keyword& w, bool hasParam, int value) override
+    {
+        switch (w.id) {
+        case Id::F:
+            if (!bytes_.empty() || !name_.isEmpty())
+                commit();
+            index_ = value;
+            def_ = FontDef{};
+            return true;
+        case Id::Fcharset: def_.charset = value; return true;
+        case Id::Fprq: def_.pitch = value; return true;
+        case Id::Cpg: def_.codePage = value; return true;
+        case Id::FontFamily: def_.kind = QString::fromLatin1(w.name.data(), qsizetype(w.name.size())); return true;
+        case Id::Uc: return false;
+        default:
+            (void)hasParam;
+            if (w.kind == Kind::Destination)
+                r_.skipGroup();  // \panose, \falt and the like
+            return true;
+        }
+    }
+    void text(std::string_view b) override
+    {
+        for (char c : b) {
+            if (c == ';')
+                commit();
+            else
+                bytes_.push_back(c);
+        }
+    }
+    void unicode(char32_t c) override
+    {
+        flushName();
+        name_.append(QString::fromUcs4(&c, 1));
+    }
+    void groupClosed(const Group&) override
+    {
+        if (!bytes_.empty() || !name_.isEmpty())
+            commit();
+    }
+    void finish(const Group& g, qsizetype) override { groupClosed(g); }
+
+private:
+    void flushName()
+    {
+        if (bytes_.empty())
+            return;
+        const int cp = r_.fontCodePage(def_);
+        ByteDecoder dec(cp == kSymbolCodePage ? 1252 : (cp > 0 ? cp : r_.ansiCodePage()));
+        dec.decode(bytes_.data(), qsizetype(bytes_.size()), name_);
+        bytes_.clear();
+    }
+    void commit()
+    {
+        flushName();
+        QString name;
+        for (QChar c : std::as_const(name_))
+            if (c.unicode() >= 0x20 && c.unicode() != 0x7F)
+                name += c;  // control characters have no place in a font name
+        name = name.trimmed();
+        name_.clear();
+        if (index_ < 0 || name.isEmpty())
+            return;
+        FontDef def = def_;
+        def.codePage = r_.fontCodePage(def);
+        def.name = name;
+        r_.setFont(index_, def);
+        index_ = -1;
+    }
+
+    int index_ = -1;
+    FontDef def_;
+    std::string bytes_;
+    QString name_;
+};
+
+// {\colortbl;\red255\green0\blue0;}
+class ColourTable final : public Destination {
+public:
+    using Destination::Destination;
+    bool word(const Keyword& w, bool, int value) override
+    {
+        switch (w.id) {
+        case Id::Red: red_ = std::clamp(value, 0, 255); set_ = true; return true;
+        case Id::Green: green_ = std::clamp(value, 0, 255); set_ = true; return true;
+        case Id::Blue: blue_ = std::clamp(value, 0, 255); set_ = true; return true;
+        default:
+            if (w.kind == Kind::Destination)
+                r_.skipGroup();
+            return true;
+        }
+    }
+    void text(std::string_view b) override
+    {
+        for (char c : b) {
+            if (c != ';')
+                continue;
+            // An entry without values is the automatic colour.
+            r_.addColour(set_ ? std::optional<QColor>(QColor(red_, green_, blue_)) : std::nullopt);
+            red_ = green_ = blue_ = 0;
+            set_ = false;
+        }
+    }
+
+private:
+    int red_ = 0, green_ = 0, blue_ = 0;
+    bool set_ = false;
+};
+
+// {\stylesheet{\s1\b\fs32 heading 1;}...}: each entry's words set the
+// group's state, which the ';' keeps as the style.
+class Stylesheet final : public Destination {
+public:
+    using Destination::Destination;
+    bool word(const Keyword& w, bool, int value) override
+    {
+        switch (w.id) {
+        case Id::S: index_ = value; return true;
+        case Id::Cs: index_ = kCharacterStyles + value; return true;
+        case Id::Ds:
+        case Id::Ts: index_ = -1; return true;  // section and table styles
+        default:
+            if (w.kind == Kind::Destination) {
+                r_.skipGroup();
+                return true;
+            }
+            return false;
+        }
+    }
+    void text(std::string_view b) override
+    {
+        if (b.find(';') != std::string_view::npos)
+            commit(r_.top());
+    }
+    void groupClosed(const Group& g) override { commit(g); }
+    // An entry without \s is the normal style, 0.
+    void entryOpened() { index_ = 0; committed_ = false; }
+
+    static constexpr int kCharacterStyles = 10000;
+
+private:
+    void commit(const Group& g)
+    {
+        if (index_ >= 0 && !committed_)
+            r_.setStyle(index_, Style{g.ch, g.pa});
+        committed_ = true;
+    }
+
+    int index_ = -1;
+    bool committed_ = true;
+};
+
+// {\*\listtable{\list\listid7{\listlevel\levelnfc0\levelstartat1{\leveltext\'02\'00.;}...}}}
+// and {\*\listoverridetable{\listoverride\listid7\ls1}}.
+class ListTables final : public Destination {
+public:
+    enum Sub : std::uint8_t { None, List, Level, LevelText, Ignored, Override };
+    using Destination::Destination;
+    bool word(const Keyword& w, bool, int value) override
+    {
+        Group& g = r_.top();
+        switch (w.id) {
+        case Id::List: g.sub = List; listId_ = 0; levels_.clear(); return true;
+        case Id::ListOverride: g.sub = Override; listId_ = 0; return true;
+        case Id::ListLevel: g.sub = Level; level_ = ListLevel{}; return true;
+        case Id::ListId: listId_ = value; return true;
+        case Id::Ls:
+            if (g.sub == Override)
+                r_.setOverride(value, listId_);
+            return true;
+        case Id::LevelNfc: level_.nfc = value; return true;
+        case Id::LevelStartAt: level_.start = value; return true;
+        case Id::LevelText: g.sub = LevelText; textBytes_.clear(); level_.text.clear(); return true;
+        case Id::LevelNumbers:
+        case Id::ListName: g.sub = Ignored; return true;
+        case Id::F: level_.font = value; return false;
+        default:
+            if (w.kind == Kind::Destination) {
+                r_.skipGroup();
+                return true;
+            }
+            return false;  // \fi, \li and the level's character words
+        }
+    }
+    void text(std::string_view b) override
+    {
+        if (r_.top().sub == LevelText)
+            textBytes_.append(b);
+    }
+    void unicode(char32_t c) override
+    {
+        if (r_.top().sub != LevelText)
+            return;
+        flush();
+        level_.text.append(QString::fromUcs4(&c, 1));
+    }
+    void groupClosed(const Group& g) override
+    {
+        if (g.sub == LevelText) {
+            flush();
+            // The first character counts the rest; a ';' ends the text.
+            QString t = level_.text;
+            if (!t.isEmpty())
+                t.remove(0, 1);
+            if (t.endsWith(u';'))
+                t.chop(1);
+            level_.text = t;
+        } else if (g.sub == Level && r_.top().sub != Level) {
+            // The level's font may come after its text: map symbol bullets now.
+            const FontDef* f = r_.fontAt(level_.font);
+            const bool symbol = f && baseFontName(f->name).compare(QLatin1String("Symbol"), Qt::CaseInsensitive) == 0;
+            for (QChar& c : level_.text) {
+                const char16_t u = c.unicode();
+                if (u < 0xF020 || u > 0xF0FF)
+                    continue;
+                const char16_t mapped = symbol ? symbolFontChar(u) : wingdingsBullet(static_cast<unsigned char>(u - 0xF000));
+                c = QChar(mapped ? mapped : char16_t(0x2022));
+            }
+            levels_.push_back(level_);
+        } else if (g.sub == List && r_.top().sub != List) {
+            // \listid comes after the levels.
+            for (const ListLevel& level : levels_)
+                r_.addListLevel(listId_, level);
+            levels_.clear();
+        }
+    }
+
+private:
+    void flush()
+    {
+        if (textBytes_.empty())
+            return;
+        r_.decodeIn(level_.font, textBytes_, level_.text);
+        textBytes_.clear();
+    }
+
+    int listId_ = 0;
+    std::vector<ListLevel> levels_;
+    ListLevel level_;
+    std::string textBytes_;
+};
+
+// {\*\pn\pnlvlbody\pndec\pnstart1{\pntxta .}}: the paragraph's list.
+class PnDestination final : public Destination {
+public:
+    enum Sub : std::uint8_t { None, Before, After };
+    using Destination::Destination;
+    bool word(const Keyword& w, bool, int value) override
+    {
+        switch (w.id) {
+        case Id::PnBullet: pn_.type = PnState::Bullet; return true;
+        case Id::PnBody: pn_.type = PnState::Numbered; return true;
+        case Id::PnLevel: pn_.type = PnState::Numbered; return true;
+        case Id::PnCont: pn_.type = PnState::None; return true;
+        case Id::PnStyle: pn_.style = value; return true;
+        case Id::PnStart: pn_.start = value; return true;
+        case Id::PnFont: pn_.font = value; return true;
+        case Id::PnTextBefore: r_.top().sub = Before; return true;
+        case Id::PnTextAfter: r_.top().sub = After; return true;
+        default:
+            if (w.kind == Kind::Destination) {
+                r_.skipGroup();
+                return true;
+            }
+            return w.id != Id::F && w.id != Id::Fs;
+        }
+    }
+    void text(std::string_view b) override
+    {
+        if (r_.top().sub == None)
+            return;
+        QString decoded;
+        r_.decodeIn(pn_.font, b, decoded);
+        for (QChar& c : decoded) {
+            const char16_t u = c.unicode();
+            if (u >= 0xF020 && u <= 0xF0FF) {
+                const FontDef* f = r_.fontAt(pn_.font);
+                const bool symbol = f && baseFontName(f->name).compare(QLatin1String("Symbol"), Qt::CaseInsensitive) == 0;
+                const char16_t mapped = symbol ? symbolFontChar(u) : wingdingsBullet(static_cast<unsigned char>(u - 0xF000));
+                c = QChar(mapped ? mapped : char16_t(0x2022));
+            }
+        }
+        (r_.top().sub == Before ? pn_.before : pn_.after) += decoded;
+    }
+    void unicode(char32_t c) override
+    {
+        if (r_.top().sub != None)
+            (r_.top().sub == Before ? pn_.before : pn_.after) += QString::fromUcs4(&c, 1);
+    }
+    void finish(const Group&, qsizetype) override
+    {
+        // The paragraph words of the group around {\*\pn} take the list.
+        r_.top().pa.pn = pn_;
+        r_.top().pa.pnFresh = true;
+    }
+
+private:
+    PnState pn_;
+};
+
+// {\pict\pngblip\picw..\pich..<hex>}
+class Picture final : public Destination {
+public:
+    Picture(Reader& r, bool show) : Destination(r), show_(show) {}
+    bool word(const Keyword& w, bool, int value) override
+    {
+        switch (w.id) {
+        case Id::Pngblip: p_.type = "png"; return true;
+        case Id::Jpegblip: p_.type = "jpeg"; return true;
+        case Id::Dibitmap: p_.type = "dib"; return true;
+        case Id::Wbitmap: p_.type = "ddb"; return true;
+        case Id::Wmetafile: p_.type = "wmf"; return true;
+        case Id::Emfblip: p_.type = "emf"; return true;
+        case Id::Macpict: p_.type = "pict"; return true;
+        case Id::Picw: p_.picw = value; return true;
+        case Id::Pich: p_.pich = value; return true;
+        case Id::Picwgoal: p_.goalw = value; return true;
+        case Id::Pichgoal: p_.goalh = value; return true;
+        case Id::Picscalex: p_.scalex = value; return true;
+        case Id::Picscaley: p_.scaley = value; return true;
+        default:
+            if (w.kind == Kind::Destination)
+                r_.skipGroup();
+            return true;
+        }
+    }
+    void text(std::string_view b) override
+    {
+        for (char c : b) {
+            int v = -1;
+            if (c >= '0' && c <= '9') v = c - '0';
+            else if (c >= 'a' && c <= 'f') v = c - 'a' + 10;
+            else if (c >= 'A' && c <= 'F') v = c - 'A' + 10;
+            if (v < 0)
+                continue;
+            if (p_.nibble < 0) {
+                p_.nibble = v;
+            } else {
+                p_.data.append(char(p_.nibble * 16 + v));
+                p_.nibble = -1;
+            }
+        }
+    }
+    void binary(std::string_view b) { p_.data.append(b.data(), qsizetype(b.size())); }
+    void finish(const Group& g, qsizetype end) override
+    {
+        if (show_)
+            r_.showPicture(r_.rawGroup(g.start, end), p_);
+    }
+
+private:
+    bool show_;
+    PictState p_;
+};
+
+// {\object ...}: kept whole, shown as its place.
+class Object final : public Destination {
+public:
+    using Destination::Destination;
+    bool word(const Keyword&, bool, int) override { return true; }
+    void finish(const Group& g, qsizetype end) override { r_.showObject(r_.rawGroup(g.start, end)); }
+};
+
+// {\*\shpinst ...{\sp{\sn pib}{\sv{\pict...}}}}: a shape's properties; the
+// picture of a picture shape is the one to show.
+class ShapeInstructions final : public Destination {
+public:
+    enum Sub : std::uint8_t { None, Name, Value };
+    using Destination::Destination;
+    bool word(const Keyword& w, bool, int) override
+    {
+        switch (w.id) {
+        case Id::ShapeProperty: return true;
+        case Id::ShapeName: r_.top().sub = Name; name_.clear(); return true;
+        case Id::ShapeValue: r_.top().sub = Value; return true;
+        case Id::Pict: return false;  // the reader opens it when the shape wants it
+        default:
+            if (w.kind == Kind::Destination)
+                r_.skipGroup();
+            return true;
+        }
+    }
+    void text(std::string_view b) override
+    {
+        if (r_.top().sub == Name)
+            name_.append(b);
+    }
+    void groupClosed(const Group& g) override
+    {
+        if (g.sub == Name && r_.top().sub != Name)
+            r_.setShapeName(QString::fromLatin1(name_.data(), qsizetype(name_.size())).trimmed());
+    }
+
+private:
+    std::string name_;
+};
+
+// {\*\ud ...} inside {\upr ...}, and {\upr ...} itself: only the font
+// table matters; the rest repeats the document in another form.
+class UserProperties final : public Destination {
+public:
+    using Destination::Destination;
+    bool word(const Keyword& w, bool, int) override
+    {
+        if (w.id == Id::Fonttbl) {
+            r_.open(std::make_unique<FontTable>(r_));
+            return true;
+        }
+        if (w.id == Id::Ud)
+            return true;
+        if (w.kind == Kind::Destination)
+            r_.skipGroup();
+        return w.kind == Kind::Destination;
+    }
+};
+
+// ---------------------------------------------------------------- reader
+
+void Reader::open(std::unique_ptr<Destination> d)
+{
+    Group& g = top();
+    g.dest = d.get();
+    g.ownsDest = true;
+    g.sub = 0;
+    live_.push_back(std::move(d));
+}
+
+FontDef* Reader::fontAt(int index)
+{
+    auto it = fonts_.find(index);
+    return it == fonts_.end() ? nullptr : &it->second;
+}
+
+bool Reader::shapePictureWanted() const
+{
+    const Group& g = stack_.back();
+    return g.dest && dynamic_cast<ShapeInstructions*>(g.dest) && g.sub == ShapeInstructions::Value &&
+           shapeName_.compare(QLatin1String("pib"), Qt::CaseInsensitive) == 0;
+}
+
 void Reader::run()
 {
-    const char16_t* s = reinterpret_cast<const char16_t*>(src_.data());
-    const qsizetype n = src_.size();
-    qsizetype i = 0;
-    // Leading blanks and a byte-order mark are not part of the stream.
-    while (i < n && (s[i] == ' ' || s[i] == '\t' || s[i] == '\r' || s[i] == '\n' || s[i] == 0xFEFF))
-        ++i;
-    while (i < n && !done_) {
-        const char16_t c = s[i];
-        if (c == '{') {
+    RtfLexer lexer(src_);
+    for (RtfToken t = lexer.next(); t.type != RtfToken::End && !done_; t = lexer.next()) {
+        switch (t.type) {
+        case RtfToken::GroupOpen:
             flushBytes();
             ucSkip_ = 0;
-            openGroup(i);
-            ++i;
-        } else if (c == '}') {
+            openGroup(t.offset);
+            break;
+        case RtfToken::GroupClose:
             flushBytes();
             ucSkip_ = 0;
-            closeGroup(i);
-            ++i;
-        } else if (c == '\\') {
-            ++i;
-            if (i >= n)
-                break;
-            const char16_t d = s[i];
-            if ((d >= 'a' && d <= 'z') || (d >= 'A' && d <= 'Z')) {
-                char name[kMaxKeywordLength + 1];
-                int len = 0;
-                while (i < n && ((s[i] >= 'a' && s[i] <= 'z') || (s[i] >= 'A' && s[i] <= 'Z'))) {
-                    if (len < kMaxKeywordLength)
-                        name[len++] = char(s[i]);
-                    ++i;
-                }
-                bool hasParam = false;
-                bool negative = false;
-                long long value = 0;
-                if (i < n && s[i] == '-' && i + 1 < n && s[i + 1] >= '0' && s[i + 1] <= '9') {
-                    negative = true;
-                    ++i;
-                }
-                int digits = 0;
-                while (i < n && s[i] >= '0' && s[i] <= '9') {
-                    if (digits < kMaxParameterDigits)
-                        value = value * 10 + (s[i] - '0');
-                    ++digits;
-                    hasParam = true;
-                    ++i;
-                }
-                value = std::clamp(negative ? -value : value, -2147483647LL, 2147483647LL);
-                if (i < n && s[i] == ' ')
-                    ++i;
-                const std::string_view word(name, len);
-                if (word == "bin" && hasParam) {
-                    flushBytes();
-                    const qsizetype count = std::clamp<qsizetype>(value, 0, n - i);
-                    if (ucSkip_ > 0)
-                        --ucSkip_;
-                    else
-                        binary(i, count);
-                    i += count;
-                } else {
-                    controlWord(word, hasParam, int(value));
-                }
-            } else if (d == '\'') {
-                ++i;
-                auto hex = [](char16_t h) -> int {
-                    if (h >= '0' && h <= '9') return h - '0';
-                    if (h >= 'a' && h <= 'f') return h - 'a' + 10;
-                    if (h >= 'A' && h <= 'F') return h - 'A' + 10;
-                    return -1;
-                };
-                const int hi = i < n ? hex(s[i]) : -1;
-                const int lo = i + 1 < n ? hex(s[i + 1]) : -1;
-                if (hi >= 0 && lo >= 0) {
-                    i += 2;
-                    hexByte(static_cast<unsigned char>(hi * 16 + lo));
-                }
-            } else {
-                ++i;
-                controlSymbol(d);
-            }
-        } else if (c == '\r' || c == '\n') {
-            ++i;
-        } else {
-            textChar(c);
-            ++i;
+            closeGroup(t.offset);
+            break;
+        case RtfToken::Word: controlWord(t.word, t.hasParam, t.param); break;
+        case RtfToken::Symbol: controlSymbol(char(t.byte)); break;
+        case RtfToken::HexByte: {
+            const char b = char(t.byte);
+            textBytes(std::string_view(&b, 1));
+            break;
+        }
+        case RtfToken::Text: textBytes(t.word); break;
+        case RtfToken::Binary:
+            flushBytes();
+            if (ucSkip_ > 0)
+                --ucSkip_;
+            else if (auto* p = dynamic_cast<Picture*>(top().dest))
+                p->binary(t.word);
+            break;
+        case RtfToken::End: break;
         }
     }
     flushBytes();
     flushText();
-    if (pendingCellTab_)
-        pendingCellTab_ = false;
+    pendingCellTab_ = false;
     if (opt_.wholeDocument) {
         if (!pendingBreak_) {
             applyParagraph(top().pa);
@@ -498,8 +788,12 @@ void Reader::openGroup(qsizetype at)
     Group g = stack_.back();
     g.start = at;
     g.fresh = true;
+    g.ownsDest = false;
     stack_.push_back(g);
     ignorableNext_ = false;
+    if (stack_[stack_.size() - 2].ownsDest)
+        if (auto* s = dynamic_cast<Stylesheet*>(g.dest))
+            s->entryOpened();
 }
 
 void Reader::closeGroup(qsizetype at)
@@ -516,23 +810,34 @@ void Reader::closeGroup(qsizetype at)
     // The closing brace of the document: what follows is not RTF.
     if (stack_.size() == 1)
         done_ = true;
-    const Dest parent = stack_.back().dest;
-    if (closing.dest == Dest::FontTable && (!fontNameBytes_.empty() || !fontName_.isEmpty()))
-        commitFont();
-    headPadding_ = (closing.dest == Dest::FontTable || closing.dest == Dest::ColorTable) && stack_.size() == 2;
-    if (closing.dest == Dest::Pict && parent != Dest::Pict) {
-        const QByteArray raw = src_.sliced(closing.start, at - closing.start + 1).toLatin1();
-        if (parent == Dest::Normal) {
-            finishPicture();
-            emitObject(raw, decodePicture(pict_.type, pict_.data), QSize(pict_.goalw, pict_.goalh));
-        }
-        pict_ = PictState{};
-    } else if (closing.dest == Dest::Object && parent != Dest::Object && parent == Dest::Normal) {
-        const QByteArray raw = src_.sliced(closing.start, at - closing.start + 1).toLatin1();
-        emitObject(raw, QImage(), QSize());
+    Destination* parent = stack_.back().dest;
+    headPadding_ = closing.ownsDest && stack_.size() == 2 &&
+                   (dynamic_cast<FontTable*>(closing.dest) || dynamic_cast<ColourTable*>(closing.dest));
+    if (closing.ownsDest) {
+        std::unique_ptr<Destination> d = std::move(live_.back());
+        live_.pop_back();
+        d->finish(closing, at);
+    } else if (closing.dest && !closing.dest->isSkip() && closing.dest == parent) {
+        closing.dest->groupClosed(closing);
     }
     if (!(closing.ch == stack_.back().ch) || closing.dest != parent)
         flushText();
+}
+
+void Reader::unicodeChar(char32_t c)
+{
+    Group& g = top();
+    if (g.dest) {
+        if (!g.dest->isSkip())
+            g.dest->unicode(c);
+        return;
+    }
+    if (c > 0xFFFF) {
+        emitChar(QChar::highSurrogate(c));
+        emitChar(QChar::lowSurrogate(c));
+    } else {
+        emitChar(char16_t(c));
+    }
 }
 
 void Reader::controlWord(std::string_view name, bool hasParam, int param)
@@ -541,11 +846,24 @@ void Reader::controlWord(std::string_view name, bool hasParam, int param)
     flushBytes();
     headPadding_ = false;
     Group& g = top();
-    const Word* w = findWord(name);
+    const Keyword* w = rtf::findKeyword(name);
     const bool ignorable = ignorableNext_;
     ignorableNext_ = false;
     const bool fresh = g.fresh;
     g.fresh = false;
+    if (w && w->id == Id::U) {
+        // A \uN inside the fallback of the one before is a character of its
+        // own: TextEdit writes a surrogate pair that way with \uc1, and the
+        // two halves side by side make the character.
+        ucSkip_ = 0;
+        int v = param;
+        if (v < 0 && v >= -32768)
+            v += 65536;
+        if (hasParam && v > 0 && v <= 0xFFFF)
+            unicodeChar(char16_t(v));
+        ucSkip_ = top().uc;
+        return;
+    }
     if (ucSkip_ > 0) {
         --ucSkip_;
         return;
@@ -556,174 +874,205 @@ void Reader::controlWord(std::string_view name, bool hasParam, int param)
     if (!w) {
         // An unknown destination marked \* is skipped with all it holds.
         if (ignorable && !documentGroup)
-            g.dest = Dest::Skip;
+            skipGroup();
         return;
     }
-    if (g.dest == Dest::Skip || g.dest == Dest::Object)
+    if (g.dest && g.dest->isSkip())
         return;
-    if (w->kind == Kind::Destination && documentGroup && w->id != Id::NormalDest && w->id != Id::Field)
+    const int value = hasParam ? param : w->defaultParam;
+    if (g.dest && dynamic_cast<Object*>(g.dest))
+        return;
+    // Groups that only pass their text on may stand anywhere.
+    const bool passes = w->id == Id::Ud || w->id == Id::Field || w->id == Id::FieldResult || w->id == Id::Shape ||
+                        w->id == Id::ShpPict || w->id == Id::ShapeResult;
+    if (w->kind == Kind::Destination && documentGroup && !passes)
         return;
     // A picture or an object is kept as its whole group, so only a word that
     // opens its own group can start one.
     if ((w->id == Id::Pict || w->id == Id::Object) && !fresh)
         return;
-    const int value = hasParam ? param : w->defaultParam;
-    const bool on = w->kind == Kind::Toggle ? (!hasParam || param != 0) : true;
-    CharState& ch = g.ch;
-    ParaState& pa = g.pa;
-
-    if (g.dest == Dest::FontTable) {
-        switch (w->id) {
-        case Id::F:
-            if (!fontNameBytes_.empty() || !fontName_.isEmpty())
-                commitFont();
-            curFontIndex_ = value;
-            curFont_ = FontDef{};
+    if (g.dest) {
+        if (g.dest->word(*w, hasParam, value))
             return;
-        case Id::Fcharset: curFont_.charset = value; return;
-        case Id::Fprq: curFont_.pitch = value; return;
-        case Id::Cpg: curFont_.codePage = value; return;
-        case Id::FontFamily: curFont_.kind = QString::fromLatin1(name.data(), qsizetype(name.size())); return;
-        case Id::Uc: g.uc = std::clamp(value, 0, 16); return;
-        case Id::U:
-            // Names beyond the font's code page come as \u, between bytes that do not.
-            if (hasParam) {
-                flushFontName();
-                const int v = param < 0 ? param + 65536 : param;
-                if (v > 0 && v <= 0xFFFF)
-                    fontName_.append(QChar(char16_t(v)));
-                ucSkip_ = g.uc;
+        if (w->id == Id::Pict) {
+            if (shapePictureWanted()) {
+                shapePictureShown_ = true;
+                open(std::make_unique<Picture>(*this, true));
+            } else {
+                skipGroup();
             }
             return;
-        default:
-            if (w->kind == Kind::Destination)
-                g.dest = Dest::Skip;
+        }
+        if (w->kind == Kind::Destination) {
+            skipGroup();
             return;
         }
-    }
-    if (g.dest == Dest::ColorTable) {
-        switch (w->id) {
-        case Id::Red: red_ = std::clamp(value, 0, 255); colourSet_ = true; return;
-        case Id::Green: green_ = std::clamp(value, 0, 255); colourSet_ = true; return;
-        case Id::Blue: blue_ = std::clamp(value, 0, 255); colourSet_ = true; return;
-        default:
-            if (w->kind == Kind::Destination)
-                g.dest = Dest::Skip;
-            return;
-        }
-    }
-    if (g.dest == Dest::Pict) {
-        switch (w->id) {
-        case Id::Pngblip: pict_.type = "png"; return;
-        case Id::Jpegblip: pict_.type = "jpeg"; return;
-        case Id::Dibitmap: pict_.type = "dib"; return;
-        case Id::Wbitmap: pict_.type = "ddb"; return;
-        case Id::Wmetafile: pict_.type = "wmf"; return;
-        case Id::Emfblip: pict_.type = "emf"; return;
-        case Id::Macpict: pict_.type = "pict"; return;
-        case Id::Picw: pict_.picw = value; return;
-        case Id::Pich: pict_.pich = value; return;
-        case Id::Picwgoal: pict_.goalw = value; return;
-        case Id::Pichgoal: pict_.goalh = value; return;
-        case Id::Picscalex: pict_.scalex = value; return;
-        case Id::Picscaley: pict_.scaley = value; return;
-        default:
-            if (w->kind == Kind::Destination)
-                g.dest = Dest::Skip;
-            return;
-        }
-    }
-    if (g.dest == Dest::Pn) {
-        if (w->id == Id::PnBullet) {
-            // The \pn group describes the paragraph around it.
-            for (auto it = stack_.rbegin(); it != stack_.rend(); ++it) {
-                it->pa.bullet = true;
-                if (it->dest != Dest::Pn)
-                    break;
-            }
-        } else if (w->kind == Kind::Destination) {
-            g.dest = Dest::Skip;
-        }
+        stateWord(*w, hasParam, value);
         return;
     }
+    if (!stateWord(*w, hasParam, value))
+        bodyWord(*w, hasParam, value);
+}
 
-    switch (w->id) {
-    case Id::Fonttbl:
-        g.dest = Dest::FontTable;
-        curFontIndex_ = -1;
-        curFont_ = FontDef{};
-        fontNameBytes_.clear();
-        fontName_.clear();
+// Words that set the group's character and paragraph state, wherever they stand.
+bool Reader::stateWord(const Keyword& w, bool hasParam, int value)
+{
+    Group& g = top();
+    CharState& ch = g.ch;
+    ParaState& pa = g.pa;
+    const bool on = w.kind == Kind::Toggle ? (!hasParam || value != 0) : true;
+    auto tab = [&pa](int twips) {
+        TabStop t = pa.nextTab;
+        t.twips = std::clamp(twips, 0, 31680);
+        pa.tabs.push_back(t);
+        pa.nextTab = TabStop{};
+    };
+    switch (w.id) {
+    case Id::Uc: g.uc = std::clamp(value, 0, 16); return true;
+    case Id::F: ch.font = value; return true;
+    case Id::Plain: ch = CharState{}; return true;
+    case Id::B: ch.bold = on; return true;
+    case Id::I: ch.italic = on; return true;
+    case Id::Strike: ch.strike = on; ch.doubleStrike = false; return true;
+    case Id::Striked: ch.strike = on; ch.doubleStrike = on; return true;
+    case Id::V: ch.hidden = on; return true;
+    case Id::Caps: ch.caps = on; return true;
+    case Id::Scaps: ch.smallCaps = on; return true;
+    case Id::Ul: ch.ul = on ? UnderlineKind::Single : UnderlineKind::None; ch.ulAltSpelling = false; return true;
+    case Id::Uld: ch.ul = on ? UnderlineKind::Dotted : UnderlineKind::None; ch.ulAltSpelling = false; return true;
+    case Id::Uldash: ch.ul = on ? UnderlineKind::Dash : UnderlineKind::None; ch.ulAltSpelling = false; return true;
+    case Id::Uldashd: ch.ul = on ? UnderlineKind::DashDot : UnderlineKind::None; ch.ulAltSpelling = false; return true;
+    case Id::Uldashdd: ch.ul = on ? UnderlineKind::DashDotDot : UnderlineKind::None; ch.ulAltSpelling = false; return true;
+    case Id::Uldb: ch.ul = on ? UnderlineKind::Double : UnderlineKind::None; ch.ulAltSpelling = false; return true;
+    case Id::Uldbl: ch.ul = on ? UnderlineKind::Double : UnderlineKind::None; ch.ulAltSpelling = on; return true;
+    case Id::Ulth: ch.ul = on ? UnderlineKind::Thick : UnderlineKind::None; ch.ulAltSpelling = false; return true;
+    case Id::Ulw: ch.ul = on ? UnderlineKind::Word : UnderlineKind::None; ch.ulAltSpelling = false; return true;
+    case Id::Ulwave: ch.ul = on ? UnderlineKind::Wave : UnderlineKind::None; ch.ulAltSpelling = false; return true;
+    case Id::Ulhair: ch.ul = on ? UnderlineKind::Hair : UnderlineKind::None; ch.ulAltSpelling = false; return true;
+    case Id::Ulnone: ch.ul = UnderlineKind::None; ch.ulAltSpelling = false; return true;
+    case Id::Up: ch.offset = std::clamp(value, -32767, 32767); ch.superSub = false; return true;
+    case Id::Dn: ch.offset = -std::clamp(value, -32767, 32767); ch.superSub = false; return true;
+    // "\super0" and "\sub0" switch off, as the toggles do.
+    case Id::Super: ch.offset = on ? 6 : 0; ch.superSub = on; return true;
+    case Id::Sub: ch.offset = on ? -6 : 0; ch.superSub = on; return true;
+    case Id::Nosupersub: ch.offset = 0; ch.superSub = false; return true;
+    case Id::Fs: ch.fs = std::clamp(value, 1, 3276); return true;
+    case Id::Cf: ch.cf = std::max(0, value); return true;
+    case Id::Highlight:
+    case Id::Cb: ch.highlight = std::max(0, value); return true;
+    case Id::Loch: g.fontMode = 0; return true;
+    case Id::Hich: g.fontMode = 1; return true;
+    case Id::Dbch: g.fontMode = 2; return true;
+    // The associated font of \loch text is the font that Latin text shows in.
+    case Id::Af: if (g.fontMode == 0) ch.font = value; return true;
+    case Id::Pard: pa = ParaState{}; return true;
+    case Id::Ql: pa.align = 0; return true;
+    case Id::Qr: pa.align = 1; return true;
+    case Id::Qc: pa.align = 2; return true;
+    case Id::Qj: pa.align = 3; return true;
+    case Id::Li: pa.li = std::clamp(value, -31680, 31680); return true;
+    case Id::Ri: pa.ri = std::clamp(value, -31680, 31680); return true;
+    case Id::Fi: pa.fi = std::clamp(value, -31680, 31680); return true;
+    case Id::Ls: pa.ls = std::max(0, value); return true;
+    case Id::Ilvl: pa.ilvl = std::clamp(value, 0, 8); return true;
+    case Id::Tqr: pa.nextTab.kind = 'r'; return true;
+    case Id::Tqc: pa.nextTab.kind = 'c'; return true;
+    case Id::Tqdec: pa.nextTab.kind = 'd'; return true;
+    case Id::Tldot: pa.nextTab.leader = 1; return true;
+    case Id::Tlhyph: pa.nextTab.leader = 2; return true;
+    case Id::Tlul: pa.nextTab.leader = 3; return true;
+    case Id::Tlth: pa.nextTab.leader = 4; return true;
+    case Id::Tleq: pa.nextTab.leader = 5; return true;
+    case Id::Tx:
+        if (pa.tabs.size() < 64)
+            tab(value);
+        return true;
+    case Id::Tb:
+        pa.nextTab = TabStop{};  // a bar is drawn, not a stop for text
+        return true;
+    default: return false;
+    }
+}
+
+// Words of the body: destinations, the document's settings, characters.
+bool Reader::bodyWord(const Keyword& w, bool, int value)
+{
+    Group& g = top();
+    switch (w.id) {
+    case Id::Fonttbl: open(std::make_unique<FontTable>(*this)); break;
+    case Id::Colortbl: open(std::make_unique<ColourTable>(*this)); break;
+    case Id::Stylesheet: open(std::make_unique<Stylesheet>(*this)); break;
+    case Id::ListTable:
+    case Id::ListOverrideTable: open(std::make_unique<ListTables>(*this)); break;
+    case Id::Pict: open(std::make_unique<Picture>(*this, true)); break;
+    case Id::Object: flushText(); open(std::make_unique<Object>(*this)); break;
+    case Id::Pn: open(std::make_unique<PnDestination>(*this)); break;
+    case Id::Upr: open(std::make_unique<UserProperties>(*this)); break;
+    case Id::ShapeInst: shapeName_.clear(); open(std::make_unique<ShapeInstructions>(*this)); break;
+    case Id::Shape: shapePictureShown_ = false; break;
+    // A shape's own picture stands for it; its result is the same for readers
+    // that cannot draw shapes.
+    case Id::ShapeResult: if (shapePictureShown_) skipGroup(); break;
+    case Id::ShpPict: shpPictSeen_ = true; break;
+    case Id::NonShpPict:
+        if (shpPictSeen_)
+            skipGroup();
+        shpPictSeen_ = false;
         break;
-    case Id::Colortbl: g.dest = Dest::ColorTable; red_ = green_ = blue_ = 0; colourSet_ = false; break;
-    case Id::Pict: g.dest = Dest::Pict; pict_ = PictState{}; break;
-    case Id::Object: flushText(); g.dest = Dest::Object; break;
-    case Id::Pn: g.dest = Dest::Pn; break;
-    case Id::SkipDest: g.dest = Dest::Skip; break;
-    case Id::NormalDest:
-    case Id::Field: break;
+    case Id::SkipDest:
+    case Id::FieldInst:
+    case Id::List:
+    case Id::ListLevel:
+    case Id::LevelText:
+    case Id::LevelNumbers:
+    case Id::ListName:
+    case Id::ListOverride:
+    case Id::PnTextAfter:
+    case Id::PnTextBefore:
+    case Id::ShapeProperty:
+    case Id::ShapeName:
+    case Id::ShapeValue: skipGroup(); break;
+    case Id::Ud:
+    case Id::Field:
+    case Id::FieldResult: break;
     case Id::Ansi: ansiCodePage_ = 1252; break;
     case Id::Mac: ansiCodePage_ = 10000; break;
     case Id::Pc: ansiCodePage_ = 437; break;
     case Id::Pca: ansiCodePage_ = 850; break;
     case Id::Ansicpg: ansiCodePage_ = value; break;
-    case Id::Deff: deff_ = value; break;
-    case Id::Uc: g.uc = std::clamp(value, 0, 16); break;
-    case Id::U: {
-        int v = param;
-        if (v < 0 && v >= -32768)
-            v += 65536;
-        if (hasParam && v >= 0 && v <= 0xFFFF)
-            emitChar(char16_t(v));
-        ucSkip_ = g.uc;
+    case Id::Deff: deff_ = value; formatCache_.clear(); break;
+    case Id::StshfLoch: stshfLoch_ = value; formatCache_.clear(); break;
+    case Id::S:
+    case Id::Cs: {
+        auto it = styles_.find(w.id == Id::S ? value : 10000 + value);
+        if (it == styles_.end())
+            break;
+        const Style& s = it->second;
+        if (w.id == Id::S) {
+            // A paragraph style brings all of its format; the words after
+            // it in the file override what they name.
+            g.ch = s.ch;
+            const int ls = g.pa.ls, ilvl = g.pa.ilvl;
+            const PnState pn = g.pa.pn;
+            g.pa = s.pa;
+            if (!g.pa.ls) g.pa.ls = ls, g.pa.ilvl = ilvl;
+            if (g.pa.pn.type == PnState::None) g.pa.pn = pn;
+        } else {
+            // A character style adds what it names to the text's format.
+            const CharState none;
+            if (s.ch.font != none.font) g.ch.font = s.ch.font;
+            if (s.ch.fs != none.fs) g.ch.fs = s.ch.fs;
+            g.ch.bold = g.ch.bold || s.ch.bold;
+            g.ch.italic = g.ch.italic || s.ch.italic;
+            if (s.ch.cf) g.ch.cf = s.ch.cf;
+            if (s.ch.ul != UnderlineKind::None) g.ch.ul = s.ch.ul;
+        }
         break;
     }
-    case Id::F: ch.font = value; break;
-    case Id::Plain: {
-        const int font = deff_;
-        ch = CharState{};
-        ch.font = font;
-        break;
-    }
-    case Id::B: ch.bold = on; break;
-    case Id::I: ch.italic = on; break;
-    case Id::Strike:
-    case Id::Striked: ch.strike = on; break;
-    case Id::V: ch.hidden = on; break;
-    case Id::Caps: ch.caps = on; break;
-    case Id::Ul: ch.ul = on ? UnderlineKind::Single : UnderlineKind::None; ch.ulAltSpelling = false; break;
-    case Id::Uld: ch.ul = on ? UnderlineKind::Dotted : UnderlineKind::None; ch.ulAltSpelling = false; break;
-    case Id::Uldash: ch.ul = on ? UnderlineKind::Dash : UnderlineKind::None; ch.ulAltSpelling = false; break;
-    case Id::Uldashd: ch.ul = on ? UnderlineKind::DashDot : UnderlineKind::None; ch.ulAltSpelling = false; break;
-    case Id::Uldashdd: ch.ul = on ? UnderlineKind::DashDotDot : UnderlineKind::None; ch.ulAltSpelling = false; break;
-    case Id::Uldb: ch.ul = on ? UnderlineKind::Double : UnderlineKind::None; ch.ulAltSpelling = false; break;
-    case Id::Uldbl: ch.ul = on ? UnderlineKind::Double : UnderlineKind::None; ch.ulAltSpelling = on; break;
-    case Id::Ulth: ch.ul = on ? UnderlineKind::Thick : UnderlineKind::None; ch.ulAltSpelling = false; break;
-    case Id::Ulw: ch.ul = on ? UnderlineKind::Word : UnderlineKind::None; ch.ulAltSpelling = false; break;
-    case Id::Ulwave: ch.ul = on ? UnderlineKind::Wave : UnderlineKind::None; ch.ulAltSpelling = false; break;
-    case Id::Ulhair: ch.ul = on ? UnderlineKind::Hair : UnderlineKind::None; ch.ulAltSpelling = false; break;
-    case Id::Ulnone: ch.ul = UnderlineKind::None; ch.ulAltSpelling = false; break;
-    case Id::Up: ch.offset = std::clamp(value, -32767, 32767); break;
-    case Id::Dn: ch.offset = -std::clamp(value, -32767, 32767); break;
-    // "\super0" and "\sub0" switch off, as the toggles do.
-    case Id::Super: ch.offset = on ? 6 : 0; break;
-    case Id::Sub: ch.offset = on ? -6 : 0; break;
-    case Id::Nosupersub: ch.offset = 0; break;
-    case Id::Fs: ch.fs = std::clamp(value, 1, 3276); break;
-    case Id::Cf: ch.cf = std::max(0, value); break;
-    case Id::Highlight:
-    case Id::Cb: ch.highlight = std::max(0, value); break;
-    case Id::Pard: pa = ParaState{}; break;
-    case Id::Ql: pa.align = 0; break;
-    case Id::Qr: pa.align = 1; break;
-    case Id::Qc: pa.align = 2; break;
-    case Id::Qj: pa.align = 3; break;
-    case Id::Li: pa.li = std::clamp(value, -31680, 31680); break;
-    case Id::Ri: pa.ri = std::clamp(value, -31680, 31680); break;
-    case Id::Fi: pa.fi = std::clamp(value, -31680, 31680); break;
-    case Id::Ls: pa.bullet = value > 0; break;
     case Id::Par: endParagraph(); break;
     case Id::Page: endParagraph(); break;
+    // Tables come as tab-separated lines until the reader builds QTextTables:
+    // a cell ends with a tab, a row with a paragraph break.
     case Id::Row: pendingCellTab_ = false; endParagraph(); break;
     case Id::Cell: pendingCellTab_ = true; break;
     case Id::Line: emitChar(QChar::LineSeparator); break;
@@ -742,11 +1091,12 @@ void Reader::controlWord(std::string_view name, bool hasParam, int param)
     case Id::Zwnj: emitChar(0x200C); break;
     case Id::Ltrmark: emitChar(0x200E); break;
     case Id::Rtlmark: emitChar(0x200F); break;
-    default: break;
+    default: return false;
     }
+    return true;
 }
 
-void Reader::controlSymbol(char16_t c)
+void Reader::controlSymbol(char c)
 {
     if (c == '*') {
         ignorableNext_ = true;
@@ -760,13 +1110,13 @@ void Reader::controlSymbol(char16_t c)
     switch (c) {
     case '\\':
     case '{':
-    case '}': textChar(c); break;
+    case '}': textBytes(std::string_view(&c, 1)); break;
     case '~': emitChar(0x00A0); break;
     case '-': emitChar(0x00AD); break;
     case '_': emitChar(0x2011); break;
     case '\r':
     case '\n':
-        if (top().dest == Dest::Normal)
+        if (!top().dest)
             endParagraph();
         break;
     case '\t': emitChar('\t'); break;
@@ -774,87 +1124,37 @@ void Reader::controlSymbol(char16_t c)
     }
 }
 
-void Reader::textChar(char16_t c)
+void Reader::textBytes(std::string_view b)
 {
     ignorableNext_ = false;
-    top().fresh = false;
+    Group& g = top();
+    g.fresh = false;
     if (ucSkip_ > 0) {
-        --ucSkip_;
+        const size_t n = std::min<size_t>(size_t(ucSkip_), b.size());
+        ucSkip_ -= int(n);
+        b.remove_prefix(n);
+    }
+    if (b.empty())
+        return;
+    if (g.dest) {
+        g.dest->text(b);
         return;
     }
-    Group& g = top();
-    if (headPadding_ && c == ' ')
-        return;
+    if (headPadding_) {
+        while (!b.empty() && b.front() == ' ')
+            b.remove_prefix(1);
+        if (b.empty())
+            return;
+    }
     headPadding_ = false;
-    switch (g.dest) {
-    case Dest::Normal:
-        if (c == '\t') {
-            flushBytes();
-            emitChar('\t');
-        } else if (c > 0xFF) {
-            flushBytes();
-            emitChar(c);
-        } else {
-            bytes_.push_back(char(c));
-        }
-        break;
-    case Dest::FontTable:
-        if (c == ';')
-            commitFont();
-        else if (c > 0xFF)
-            flushFontName(), fontName_.append(QChar(c));
-        else
-            fontNameBytes_.push_back(char(c));
-        break;
-    case Dest::ColorTable:
-        if (c == ';') {
-            if (colourSet_ || !colours_.empty())
-                colours_.push_back(colourSet_ ? std::optional<QColor>(QColor(red_, green_, blue_)) : std::nullopt);
-            else
-                colours_.push_back(std::nullopt);  // the automatic colour, entry 0
-            red_ = green_ = blue_ = 0;
-            colourSet_ = false;
-        }
-        break;
-    case Dest::Pict: {
-        int v = -1;
-        if (c >= '0' && c <= '9') v = c - '0';
-        else if (c >= 'a' && c <= 'f') v = c - 'a' + 10;
-        else if (c >= 'A' && c <= 'F') v = c - 'A' + 10;
-        if (v < 0)
-            break;
-        if (pict_.nibble < 0) {
-            pict_.nibble = v;
-        } else {
-            pict_.data.append(char(pict_.nibble * 16 + v));
-            pict_.nibble = -1;
-        }
-        break;
-    }
-    default:
-        break;
-    }
+    bytes_.append(b);
 }
 
-void Reader::hexByte(unsigned char b)
+int Reader::effectiveFont(const CharState& s) const
 {
-    ignorableNext_ = false;
-    top().fresh = false;
-    if (ucSkip_ > 0) {
-        --ucSkip_;
-        return;
-    }
-    Group& g = top();
-    if (g.dest == Dest::Normal)
-        bytes_.push_back(char(b));
-    else if (g.dest == Dest::FontTable)
-        fontNameBytes_.push_back(char(b));
-}
-
-void Reader::binary(qsizetype from, qsizetype n)
-{
-    if (top().dest == Dest::Pict)
-        pict_.data.append(src_.sliced(from, n).toLatin1());
+    if (s.font >= 0)
+        return s.font;
+    return stshfLoch_ >= 0 && fonts_.count(stshfLoch_) ? stshfLoch_ : deff_;
 }
 
 int Reader::codePageOf(int font) const
@@ -878,24 +1178,41 @@ ByteDecoder& Reader::decoder(int codePage)
     return *slot;
 }
 
+void Reader::decodeIn(int font, std::string_view bytes, QString& out)
+{
+    const int cp = codePageOf(font >= 0 ? font : effectiveFont(top().ch));
+    if (cp == kSymbolCodePage) {
+        // Symbol fonts keep their byte values in the private use area, so the
+        // writer can give the same bytes back in that font.
+        out.reserve(out.size() + qsizetype(bytes.size()));
+        for (char b : bytes) {
+            const auto u = static_cast<unsigned char>(b);
+            out.append(QChar(u < 0x20 ? char16_t(u) : char16_t(0xF000 + u)));
+        }
+    } else {
+        decoder(cp).decode(bytes.data(), qsizetype(bytes.size()), out);
+    }
+}
+
+int Reader::fontCodePage(const FontDef& def) const
+{
+    if (def.charset == 2)
+        return kSymbolCodePage;
+    if (def.codePage > 0)
+        return def.codePage;
+    if (def.charset >= 0 && def.charset != 1)
+        return codePageOfCharset(def.charset);
+    return 0;
+}
+
+// ---------------------------------------------------------------- builder
+
 void Reader::flushBytes()
 {
     if (bytes_.empty())
         return;
-    const int font = top().ch.font >= 0 ? top().ch.font : deff_;
-    const int cp = codePageOf(font);
     QString decoded;
-    if (cp == kSymbolCodePage) {
-        // Symbol fonts keep their byte values in the private use area, so the
-        // writer can give the same bytes back in that font.
-        decoded.reserve(qsizetype(bytes_.size()));
-        for (char b : bytes_) {
-            const auto u = static_cast<unsigned char>(b);
-            decoded.append(QChar(u < 0x20 ? char16_t(u) : char16_t(0xF000 + u)));
-        }
-    } else {
-        decoder(cp).decode(bytes_.data(), qsizetype(bytes_.size()), decoded);
-    }
+    decodeIn(-1, bytes_, decoded);
     bytes_.clear();
     for (QChar c : std::as_const(decoded))
         emitChar(c.unicode());
@@ -903,7 +1220,7 @@ void Reader::flushBytes()
 
 void Reader::emitChar(char16_t c)
 {
-    if (top().dest != Dest::Normal)
+    if (top().dest)
         return;
     // Characters that QTextDocument would turn into structure are not text.
     if (c == '\r' || c == '\n' || c == 0x2029 || c == 0xFDD0 || c == 0xFDD1 || c == 0xFFFC || c == 0)
@@ -916,6 +1233,7 @@ void Reader::emitChar(char16_t c)
         pendingCellTab_ = false;
         emitChar('\t');
     }
+    shpPictSeen_ = false;
     const CharState& ch = top().ch;
     if (!buf_.isEmpty() && !(ch == bufState_))
         flushText();
@@ -941,7 +1259,7 @@ void Reader::realizeBreak()
 void Reader::endParagraph()
 {
     flushBytes();
-    if (top().dest != Dest::Normal)
+    if (top().dest)
         return;
     flushText();
     if (pendingBreak_)
@@ -951,6 +1269,7 @@ void Reader::endParagraph()
     if (cursor_.block().length() == 1)
         cursor_.setBlockCharFormat(formatOf(top().ch));
     pendingBreak_ = true;
+    top().pa.pnFresh = false;
 }
 
 void Reader::applyParagraph(const ParaState& pa)
@@ -960,21 +1279,118 @@ void Reader::applyParagraph(const ParaState& pa)
     setTwips(bf, prop::LeftIndent, pa.li);
     setTwips(bf, prop::RightIndent, pa.ri);
     setTwips(bf, prop::FirstIndent, pa.fi);
+    setTabStops(bf, pa.tabs);
     QTextBlock block = cursor_.block();
-    if (QTextList* old = block.textList())
+    // The list the paragraph is in already (a paste into a list) may be the
+    // one its words describe.
+    QPointer<QTextList> old = block.textList();
+    const int oldNumber = old ? listStart(old->format()) + old->itemNumber(block) : 0;
+    if (old)
         old->remove(block);
     cursor_.setBlockFormat(bf);
-    if (pa.bullet) {
-        const QTextBlock prev = block.previous();
-        if (list_ && prev.isValid() && prev.textList() == list_) {
-            list_->add(block);
-        } else {
-            QTextListFormat lf;
-            lf.setStyle(QTextListFormat::ListDisc);
-            lf.setIndent(1);
-            list_ = cursor_.createList(lf);
-        }
+    applyList(pa, block, old, oldNumber);
+}
+
+QTextListFormat::Style listStyleOf(int nfc)
+{
+    switch (nfc) {
+    case 1: return QTextListFormat::ListUpperRoman;
+    case 2: return QTextListFormat::ListLowerRoman;
+    case 3: return QTextListFormat::ListUpperAlpha;
+    case 4: return QTextListFormat::ListLowerAlpha;
+    default: return QTextListFormat::ListDecimal;
     }
+}
+
+// A bullet's own glyph and the nearest one Qt draws.
+void setBullet(QTextListFormat& lf, const QString& glyph)
+{
+    const char16_t g = glyph.isEmpty() ? 0x2022 : glyph.front().unicode();
+    QTextListFormat::Style style = QTextListFormat::ListDisc;
+    if (g == 'o' || g == 0x25E6 || g == 0x25CB)
+        style = QTextListFormat::ListCircle;
+    else if (g == 0x25AA || g == 0x25A0 || g == 0xA7 || g == 0x25FE)
+        style = QTextListFormat::ListSquare;
+    lf.setStyle(style);
+    lf.setProperty(prop::ListLabel, glyph.isEmpty() ? QStringLiteral("\u2022") : glyph);
+}
+
+void Reader::applyList(const ParaState& pa, QTextBlock block, QTextList* old, int oldNumber)
+{
+    QTextListFormat lf;
+    lf.setIndent(1);  // the level shows through the paragraph's own indent
+    std::optional<std::pair<int, int>> key;
+    if (pa.ls > 0) {
+        auto ov = overrides_.find(pa.ls);
+        auto list = ov == overrides_.end() ? lists_.end() : lists_.find(ov->second);
+        if (list == lists_.end() || list->second.empty()) {
+            // A list the file does not describe: a plain bullet.
+            setBullet(lf, {});
+        } else {
+            const ListLevel& level = list->second[size_t(std::min<int>(pa.ilvl, int(list->second.size()) - 1))];
+            if (level.nfc == 255)
+                return;  // a level without a label
+            key = std::make_pair(pa.ls, pa.ilvl);
+            if (level.nfc == 23) {
+                setBullet(lf, level.text.left(1));
+            } else {
+                // The text around this level's own number; numbers of the
+                // levels above are left out, as Qt numbers one level.
+                const QString& t = level.text;
+                qsizetype own = -1;
+                for (qsizetype i = 0; i < t.size(); ++i)
+                    if (t[i].unicode() == char16_t(pa.ilvl))
+                        own = i;
+                QString before = own < 0 ? QString() : t.left(own);
+                QString after = own < 0 ? QString() : t.mid(own + 1);
+                before.removeIf([](QChar c) { return c.unicode() < 9; });
+                after.removeIf([](QChar c) { return c.unicode() < 9; });
+                while (before.endsWith(u'.') && before.size() > 0 && own > 0 && t[own - 1].unicode() == u'.')
+                    before.chop(1);
+                lf.setStyle(listStyleOf(level.nfc));
+                lf.setNumberPrefix(before);
+                lf.setNumberSuffix(own < 0 ? QStringLiteral(".") : after);
+                lf.setProperty(prop::ListStart, std::max(0, level.start));
+            }
+        }
+    } else if (pa.pn.type == PnState::Bullet) {
+        setBullet(lf, pa.pn.before.trimmed());
+    } else if (pa.pn.type == PnState::Numbered) {
+        lf.setStyle(listStyleOf(pa.pn.style));
+        lf.setNumberPrefix(pa.pn.before);
+        lf.setNumberSuffix(pa.pn.after);
+        lf.setProperty(prop::ListStart, std::max(0, pa.pn.start));
+    } else {
+        return;
+    }
+    if (key) {
+        // A paragraph of a level restarts the levels below it.
+        for (auto it = lsLists_.begin(); it != lsLists_.end();)
+            it = (it->first.first == key->first && it->first.second > key->second) ? lsLists_.erase(it) : std::next(it);
+        QPointer<QTextList>& list = lsLists_[*key];
+        if (list && list->format() == lf && list->count() > 0)
+            list->add(block);
+        else
+            list = cursor_.createList(lf);
+        return;
+    }
+    // Paragraphs that inherit the list words go on with the list before; a
+    // paragraph with words of its own starts one, unless its start number is
+    // the one that list would give next.
+    auto sameFormat = [&lf](const QTextList* l) {
+        return l && l->format().style() == lf.style() && l->format().numberPrefix() == lf.numberPrefix() &&
+               l->format().numberSuffix() == lf.numberSuffix() &&
+               l->format().property(prop::ListLabel) == lf.property(prop::ListLabel);
+    };
+    auto fits = [&pa](int number) { return !pa.pnFresh || pa.pn.type == PnState::Bullet || pa.pn.start == number; };
+    const QTextBlock prev = block.previous();
+    QTextList* before = prev.isValid() ? prev.textList() : nullptr;
+    if (sameFormat(old) && fits(oldNumber))
+        old->add(block);
+    else if (sameFormat(before) && fits(listStart(before->format()) + before->itemNumber(prev) + 1))
+        before->add(block);
+    else
+        cursor_.createList(lf);
 }
 
 void Reader::emitObject(const QByteArray& raw, const QImage& image, QSize goalTwips)
@@ -990,63 +1406,35 @@ void Reader::emitObject(const QByteArray& raw, const QImage& image, QSize goalTw
     cursor_.insertImage(f);
 }
 
-void Reader::finishPicture()
+void Reader::showPicture(const QByteArray& raw, const PictState& p)
 {
+    if (top().dest && !dynamic_cast<ShapeInstructions*>(top().dest))
+        return;
     // Sizes: the goal in twips wins; a bitmap's own size is in pixels and a
     // metafile's in hundredths of a millimetre.
     auto scaled = [](int v, int scale) { return int(qint64(v) * std::clamp(scale, 1, 1000) / 100); };
-    if (pict_.goalw <= 0 || pict_.goalh <= 0) {
-        const bool metric = pict_.type == "wmf" || pict_.type == "emf" || pict_.type == "pict";
+    int goalw = p.goalw, goalh = p.goalh;
+    if (goalw <= 0 || goalh <= 0) {
+        const bool metric = p.type == "wmf" || p.type == "emf" || p.type == "pict";
         const auto twips = [metric](int v) {
             return int(std::clamp<qint64>(metric ? qint64(v) * 1440 / 2540 : qint64(v) * 15, 0, 1 << 24));
         };
-        pict_.goalw = twips(pict_.picw);
-        pict_.goalh = twips(pict_.pich);
+        goalw = twips(p.picw);
+        goalh = twips(p.pich);
     }
-    pict_.goalw = std::clamp(scaled(pict_.goalw, pict_.scalex), 0, 31680 * 4);
-    pict_.goalh = std::clamp(scaled(pict_.goalh, pict_.scaley), 0, 31680 * 4);
+    goalw = std::clamp(scaled(goalw, p.scalex), 0, 31680 * 4);
+    goalh = std::clamp(scaled(goalh, p.scaley), 0, 31680 * 4);
+    Destination* saved = top().dest;
+    top().dest = nullptr;  // a shape's picture goes to the body
+    emitObject(raw, decodePicture(p.type, p.data), QSize(goalw, goalh));
+    top().dest = saved;
 }
 
-int Reader::fontCodePage(const FontDef& def) const
+void Reader::showObject(const QByteArray& raw)
 {
-    if (def.charset == 2)
-        return kSymbolCodePage;
-    if (def.codePage > 0)
-        return def.codePage;
-    if (def.charset >= 0 && def.charset != 1)
-        return codePageOfCharset(def.charset);
-    return 0;
-}
-
-void Reader::flushFontName()
-{
-    if (fontNameBytes_.empty())
+    if (top().dest)
         return;
-    const int cp = fontCodePage(curFont_);
-    ByteDecoder dec(cp == kSymbolCodePage ? 1252 : (cp > 0 ? cp : ansiCodePage_));
-    dec.decode(fontNameBytes_.data(), qsizetype(fontNameBytes_.size()), fontName_);
-    fontNameBytes_.clear();
-}
-
-void Reader::commitFont()
-{
-    flushFontName();
-    QString name;
-    for (QChar c : std::as_const(fontName_))
-        if (c.unicode() >= 0x20 && c.unicode() != 0x7F)
-            name += c;  // control characters have no place in a font name
-    name = name.trimmed();
-    fontName_.clear();
-    while (name.endsWith(u';'))
-        name.chop(1);
-    if (curFontIndex_ < 0 || name.isEmpty())
-        return;
-    FontDef def = curFont_;
-    def.codePage = fontCodePage(def);
-    def.name = name;
-    fonts_[curFontIndex_] = def;
-    curFontIndex_ = -1;
-    formatCache_.clear();
+    emitObject(raw, QImage(), QSize());
 }
 
 const QTextCharFormat& Reader::formatOf(const CharState& s)
@@ -1055,10 +1443,13 @@ const QTextCharFormat& Reader::formatOf(const CharState& s)
     if (it != formatCache_.end())
         return it->second;
     QTextCharFormat f = opt_.baseFormat;
-    const int fontIndex = s.font >= 0 ? s.font : deff_;
-    auto font = fonts_.find(fontIndex);
+    auto font = fonts_.find(effectiveFont(s));
     if (font != fonts_.end() && !font->second.name.isEmpty()) {
-        f.setFontFamilies(QStringList{font->second.name});
+        // A name with a script suffix shows in its base family, as Windows'
+        // font substitutes do; the name itself stays first, to be written back.
+        const QString& name = font->second.name;
+        const QString base = baseFontName(name);
+        f.setFontFamilies(base == name ? QStringList{name} : QStringList{name, base});
         f.setProperty(prop::FontCharset, font->second.charset);
         f.setProperty(prop::FontKind, font->second.kind);
         f.setProperty(prop::FontPitch, font->second.pitch);
@@ -1067,14 +1458,23 @@ const QTextCharFormat& Reader::formatOf(const CharState& s)
     f.setFontWeight(s.bold ? QFont::Bold : QFont::Normal);
     f.setFontItalic(s.italic);
     f.setFontStrikeOut(s.strike);
+    if (s.doubleStrike)
+        f.setProperty(prop::DoubleStrike, true);
     setUnderlineFormat(f, s.ul, s.ulAltSpelling ? QStringLiteral("uldbl") : QString());
     if (s.hidden)
         f.setProperty(prop::Hidden, true);
     if (s.caps)
         f.setFontCapitalization(QFont::AllUppercase);
-    if (s.offset) {
-        f.setProperty(prop::OffsetHalfPoints, s.offset);
+    else if (s.smallCaps)
+        f.setFontCapitalization(QFont::SmallCaps);
+    if (s.offset && s.superSub) {
+        // \super and \sub: smaller text, as every other program shows it.
+        f.setProperty(prop::SuperSub, s.offset > 0 ? 1 : -1);
         f.setVerticalAlignment(s.offset > 0 ? QTextCharFormat::AlignSuperScript : QTextCharFormat::AlignSubScript);
+    } else if (s.offset) {
+        // \up and \dn raise and lower text at its full size.
+        f.setProperty(prop::OffsetHalfPoints, s.offset);
+        f.setBaselineOffset(100.0 * s.offset / s.fs);
     }
     if (s.cf > 0 && s.cf < int(colours_.size()) && colours_[s.cf])
         f.setForeground(*colours_[s.cf]);
@@ -1087,10 +1487,30 @@ const QTextCharFormat& Reader::formatOf(const CharState& s)
 
 }  // namespace
 
-void readRtf(QStringView rtf, QTextCursor& cursor, const RtfReadOptions& options)
+void readRtf(QByteArrayView rtf, QTextCursor& cursor, const RtfReadOptions& options)
 {
     Reader reader(rtf, cursor, options);
     reader.run();
+}
+
+void readRtf(QStringView rtf, QTextCursor& cursor, const RtfReadOptions& options)
+{
+    QByteArray bytes;
+    bytes.reserve(rtf.size());
+    const char16_t* s = rtf.utf16();
+    for (qsizetype i = 0; i < rtf.size(); ++i) {
+        const char16_t c = s[i];
+        if (c <= 0xFF) {
+            bytes.append(char(c));
+            continue;
+        }
+        // A character beyond the bytes, put there by a program rather than
+        // read from a file: spelled as a character of its own.
+        bytes.append("{\\uc0\\u");
+        bytes.append(QByteArray::number(uint(c)));
+        bytes.append(" }");
+    }
+    readRtf(QByteArrayView(bytes), cursor, options);
 }
 
 }  // namespace tornelia

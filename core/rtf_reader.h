@@ -2,6 +2,7 @@
 
 // Reads RTF from any producer into a QTextDocument at a cursor.
 
+#include <QByteArrayView>
 #include <QStringView>
 #include <QTextCharFormat>
 #include <QTextCursor>
@@ -21,6 +22,9 @@ struct RtfReadOptions {
 // Inserts the RTF at the cursor (replacing nothing: remove the selection
 // first). The cursor ends behind what was inserted. Never throws; malformed
 // input gives whatever could be read.
+void readRtf(QByteArrayView rtf, QTextCursor& cursor, const RtfReadOptions& options);
+// RTF held as text: characters up to U+00FF are its bytes; any other
+// character stands for itself.
 void readRtf(QStringView rtf, QTextCursor& cursor, const RtfReadOptions& options);
 
 }  // namespace tornelia

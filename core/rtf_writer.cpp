@@ -35,9 +35,21 @@ struct CharWords {
     bool strike = false;
     bool hidden = false;
     bool caps = false;
+    bool smallCaps = false;
+    bool doubleStrike = false;
     int offset = 0;
     bool symbol = false;   // the font is a symbol font: bytes, not characters
     bool western = true;   // the font's code page is Windows-1252
+};
+
+// A list as \pn words say it: other programs read these, and the reader
+// gives back the same list.
+struct ListWords {
+    int type = 0;  // 0 none, 1 bullet, 2 numbered
+    int style = 0; // \pndec, \pnucrm, \pnlcrm, \pnucltr, \pnlcltr
+    QString before, after;
+    const QTextList* list = nullptr;  // a new list starts with its own words
+    bool operator==(const ListWords&) const = default;
 };
 
 struct ParaWords {
@@ -46,14 +58,38 @@ struct ParaWords {
     int ri = 0;
     int fi = 0;
     bool bullet = false;
+    ListWords list;
+    std::vector<TabStop> tabs;
     bool operator==(const ParaWords&) const = default;
 };
 
 ParaWords paraWordsOf(const QTextBlock& block)
 {
     const QTextBlockFormat f = block.blockFormat();
-    return ParaWords{alignmentOf(f), twipsOf(f, prop::LeftIndent), twipsOf(f, prop::RightIndent),
-                     twipsOf(f, prop::FirstIndent), block.textList() != nullptr};
+    ParaWords p{alignmentOf(f), twipsOf(f, prop::LeftIndent), twipsOf(f, prop::RightIndent),
+                twipsOf(f, prop::FirstIndent), block.textList() != nullptr, {}, tabStopsOf(f)};
+    if (const QTextList* list = block.textList()) {
+        const QTextListFormat lf = list->format();
+        // Bullets look the same in one list or two; numbers tell them apart.
+        p.list.list = list;
+        switch (lf.style()) {
+        case QTextListFormat::ListDecimal: p.list.type = 2; p.list.style = 0; break;
+        case QTextListFormat::ListUpperRoman: p.list.type = 2; p.list.style = 1; break;
+        case QTextListFormat::ListLowerRoman: p.list.type = 2; p.list.style = 2; break;
+        case QTextListFormat::ListUpperAlpha: p.list.type = 2; p.list.style = 3; break;
+        case QTextListFormat::ListLowerAlpha: p.list.type = 2; p.list.style = 4; break;
+        default: p.list.type = 1; break;
+        }
+        if (p.list.type != 2)
+            p.list.list = nullptr;
+        if (p.list.type == 2) {
+            p.list.before = lf.numberPrefix();
+            p.list.after = lf.numberSuffix();
+        } else {
+            p.list.before = listLabel(block);
+        }
+    }
+    return p;
 }
 
 class Writer {
@@ -70,8 +106,18 @@ private:
     int colourIndex(qint64 colour);
     const CharWords& wordsOf(const QTextCharFormat& f, int formatIndex);
     void writeCharWords(const CharWords& w);
-    void writeParaWords(const ParaWords& p, bool first);
+    void writeParaWords(const ParaWords& p, bool first, const QString& label, int number);
+    void writeListText(const ParaWords& p, const QString& label);
     void writeText(QStringView text, const CharWords& w);
+    // Text of a list word, which leaves the body's first run as it is.
+    void writeLabel(const QString& text)
+    {
+        const bool firstText = firstText_;
+        firstText_ = false;
+        needBlank_ = false;
+        writeText(text, CharWords{});
+        firstText_ = firstText;
+    }
     void word(const char* w) { out_ += QLatin1String(w); needBlank_ = true; }
     void word(const char* w, int n)
     {
@@ -145,6 +191,12 @@ const CharWords& Writer::wordsOf(const QTextCharFormat& f, int formatIndex)
     w.strike = f.fontStrikeOut();
     w.hidden = isHidden(f);
     w.caps = isCaps(f);
+    w.smallCaps = !w.caps && f.fontCapitalization() == QFont::SmallCaps;
+    if (w.strike && f.boolProperty(prop::DoubleStrike)) {
+        w.strike = false;
+        w.doubleStrike = true;
+    }
+    // \super and \sub go back as the offsets the string engine reads.
     w.offset = offsetHalfPointsOf(f);
     const int charset = fonts_[size_t(w.font)].charset;
     w.symbol = charset == 2;
@@ -165,10 +217,12 @@ void Writer::writeCharWords(const CharWords& w)
         if (w.bold) word("\\b");
         if (w.italic) word("\\i");
         if (w.strike) word("\\strike");
+        if (w.doubleStrike) word("\\striked1");
         if (w.hidden) word("\\v");
         if (w.offset > 0) word("\\up", w.offset);
         if (w.offset < 0) word("\\dn", -w.offset);
         if (w.caps) word("\\caps");
+        if (w.smallCaps) word("\\scaps");
         word("\\f", w.font);
         word("\\fs", w.halfPoints);
     } else {
@@ -178,6 +232,7 @@ void Writer::writeCharWords(const CharWords& w)
         if (w.bold != l.bold) word(w.bold ? "\\b" : "\\b0");
         if (w.italic != l.italic) word(w.italic ? "\\i" : "\\i0");
         if (w.strike != l.strike) word(w.strike ? "\\strike" : "\\strike0");
+        if (w.doubleStrike != l.doubleStrike) word(w.doubleStrike ? "\\striked1" : "\\striked0");
         if (w.hidden != l.hidden) word(w.hidden ? "\\v" : "\\v0");
         if (w.offset != l.offset) {
             if (w.offset > 0) word("\\up", w.offset);
@@ -185,18 +240,57 @@ void Writer::writeCharWords(const CharWords& w)
             else word("\\up0");
         }
         if (w.caps != l.caps) word(w.caps ? "\\caps" : "\\caps0");
+        if (w.smallCaps != l.smallCaps) word(w.smallCaps ? "\\scaps" : "\\scaps0");
         if (w.font != l.font) word("\\f", w.font);
         if (w.halfPoints != l.halfPoints) word("\\fs", w.halfPoints);
     }
     last_ = w;
 }
 
-void Writer::writeParaWords(const ParaWords& p, bool first)
+bool isPlainBullet(const ParaWords& p) { return p.list.type == 1 && p.list.before == QStringLiteral("\u2022"); }
+
+// The label as text for readers that do not number, before the list words.
+void Writer::writeListText(const ParaWords& p, const QString& label)
+{
+    if (isPlainBullet(p)) {
+        out_ += QStringLiteral("{\\pntext\\f%1\\'B7\\tab}").arg(symbolFont_);
+    } else {
+        out_ += QLatin1String("{\\pntext\\f0 ");
+        writeLabel(label);
+        out_ += QLatin1String("\\tab}");
+    }
+    needBlank_ = false;
+}
+
+void Writer::writeParaWords(const ParaWords& p, bool first, const QString& label, int number)
 {
     if (!first)
         word("\\pard");
     if (p.bullet) {
-        out_ += QStringLiteral("{\\pntext\\f%1\\'B7\\tab}{\\*\\pn\\pnlvlblt\\pnf%1\\pnindent0{\\pntxtb\\'B7}}").arg(symbolFont_);
+        writeListText(p, label);
+        if (isPlainBullet(p)) {
+            out_ += QStringLiteral("{\\*\\pn\\pnlvlblt\\pnf%1\\pnindent0{\\pntxtb\\'B7}}").arg(symbolFont_);
+        } else if (p.list.type == 1) {
+            out_ += QLatin1String("{\\*\\pn\\pnlvlblt\\pnf0\\pnindent0{\\pntxtb ");
+            writeLabel(p.list.before);
+            out_ += QLatin1String("}}");
+        } else {
+            static const char* const styles[] = {"pndec", "pnucrm", "pnlcrm", "pnucltr", "pnlcltr"};
+            out_ += QStringLiteral("{\\*\\pn\\pnlvlbody\\pnf0\\pnindent0\\pnstart%1\\%2")
+                        .arg(number)
+                        .arg(QLatin1String(styles[std::clamp(p.list.style, 0, 4)]));
+            if (!p.list.before.isEmpty()) {
+                out_ += QLatin1String("{\\pntxtb ");
+                writeLabel(p.list.before);
+                out_ += u'}';
+            }
+            if (!p.list.after.isEmpty()) {
+                out_ += QLatin1String("{\\pntxta ");
+                writeLabel(p.list.after);
+                out_ += u'}';
+            }
+            out_ += u'}';
+        }
         needBlank_ = false;
     }
     if (p.fi) word("\\fi", p.fi);
@@ -205,6 +299,14 @@ void Writer::writeParaWords(const ParaWords& p, bool first)
     if (p.align == 1) word("\\qr");
     if (p.align == 2) word("\\qc");
     if (p.align == 3) word("\\qj");
+    for (const TabStop& t : p.tabs) {
+        if (t.kind == 'r') word("\\tqr");
+        if (t.kind == 'c') word("\\tqc");
+        if (t.kind == 'd') word("\\tqdec");
+        static const char* const leaders[] = {nullptr, "\\tldot", "\\tlhyph", "\\tlul", "\\tlth", "\\tleq"};
+        if (t.leader > 0 && t.leader <= 5) word(leaders[t.leader]);
+        word("\\tx", t.twips);
+    }
 }
 
 void Writer::writeText(QStringView text, const CharWords& w)
@@ -284,12 +386,14 @@ QString Writer::run()
         enum Kind { Para, Run, Picture, MarkFormat, Break } kind;
         ParaWords para;
         int formatKey = 0;
+        QString label;
+        int number = 1;
         QTextCharFormat format;
         QString text;
     };
     std::vector<Item> items;
     bool anyFormat = false;
-    bool anyBullet = false;
+    bool anyBullet = false;  // a plain bullet, written in the Symbol font
     QTextBlock block = doc_.findBlock(from_);
     for (bool first = true; block.isValid() && (first || whole_ || block.position() < to_); first = false, block = block.next()) {
         const int start = block.position();
@@ -298,7 +402,11 @@ QString Writer::run()
         const int b = std::max(a, std::min(to_, sep));
         const bool writesBreak = whole_ || (sep < to_ && block.next().isValid());
         Item para{Item::Para, paraWordsOf(block)};
-        anyBullet = anyBullet || para.para.bullet;
+        if (const QTextList* list = block.textList()) {
+            para.label = listLabel(block);
+            para.number = listStart(list->format()) + list->itemNumber(block);
+        }
+        anyBullet = anyBullet || isPlainBullet(para.para);
         items.push_back(para);
         bool any = false;
         for (auto it = block.begin(); !it.atEnd(); ++it) {
@@ -378,12 +486,10 @@ QString Writer::run()
     for (const Item& item : items) {
         switch (item.kind) {
         case Item::Para:
-            if (!prevPara || !(item.para == *prevPara)) {
-                writeParaWords(item.para, !prevPara.has_value());
-            } else if (item.para.bullet) {
-                out_ += QStringLiteral("{\\pntext\\f%1\\'B7\\tab}").arg(symbolFont_);
-                needBlank_ = false;
-            }
+            if (!prevPara || !(item.para == *prevPara))
+                writeParaWords(item.para, !prevPara.has_value(), item.label, item.number);
+            else if (item.para.bullet)
+                writeListText(item.para, item.label);
             prevPara = item.para;
             break;
         case Item::Run: {

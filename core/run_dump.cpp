@@ -9,6 +9,8 @@
 #include <QTextBlock>
 #include <QTextList>
 
+#include <algorithm>
+
 namespace tornelia {
 namespace {
 
@@ -36,6 +38,11 @@ QJsonObject runOf(const QTextCharFormat& f, const QTextCharFormat& def)
     run[QStringLiteral("offset_half_points")] = offsetHalfPointsOf(f);
     run[QStringLiteral("hidden")] = isHidden(f);
     run[QStringLiteral("caps")] = isCaps(f);
+    // Formats most documents never use are named only where they are.
+    if (f.fontCapitalization() == QFont::SmallCaps)
+        run[QStringLiteral("small_caps")] = true;
+    if (f.fontStrikeOut() && f.boolProperty(prop::DoubleStrike))
+        run[QStringLiteral("double_strike")] = true;
     return run;
 }
 
@@ -55,6 +62,16 @@ QString dumpRuns(const RichTextSurface& surface)
         para[QStringLiteral("indent_twips")] = twipsOf(bf, prop::LeftIndent);
         para[QStringLiteral("right_indent_twips")] = twipsOf(bf, prop::RightIndent);
         para[QStringLiteral("bullet")] = b.textList() != nullptr;
+        if (b.textList())
+            para[QStringLiteral("label")] = listLabel(b);
+        const std::vector<TabStop> tabs = tabStopsOf(bf);
+        if (!tabs.empty()) {
+            QJsonArray stops;
+            static const char* const leaders[] = {"", "dot", "hyphen", "underline", "thick", "equal"};
+            for (const TabStop& t : tabs)
+                stops.append(QStringLiteral("%1%2%3").arg(QChar(t.kind)).arg(t.twips).arg(QLatin1String(leaders[std::clamp(t.leader, 0, 5)])));
+            para[QStringLiteral("tabs")] = stops;
+        }
         QJsonArray runs;
         QJsonObject current;
         QString text;
