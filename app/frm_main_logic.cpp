@@ -387,7 +387,7 @@ void FrmMainLogic::clearForClose()
     goOn([&] { ctx_.testo().setText(QString()); });
     goOn([&] { ctx_.undo().clear(); });
     // The cleared text is what the document now holds.
-    ctx_.document().lenSalvata = 0;
+    ctx_.document().segnaSalvato();
 }
 
 }  // namespace tornelia

@@ -501,7 +501,7 @@ void MainWindow::Form_Load(const QString& commandLine, const std::function<void(
     });
     step([&] { logic_.writeVersionFile(QCoreApplication::applicationVersion()); });
     step([&] { CmeN(); });
-    ctx_.document().lenSalvata = float(ctx_.testo().length());
+    ctx_.document().segnaSalvato();
     if (unquotePath(commandLine).isEmpty())
         showStartPanel();
     step([&] {
