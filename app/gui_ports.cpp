@@ -1,7 +1,9 @@
 #include "app/gui_ports.h"
 
+#include "app/app_context.h"
+#include "colour/colore.h"
+
 #include <QApplication>
-#include <QColorDialog>
 #include <QDateTime>
 #include <QDesktopServices>
 #include <QDialogButtonBox>
@@ -51,16 +53,6 @@ QStyle::StandardPixmap fallbackIcon(int icon)
     case 4: return QStyle::SP_MessageBoxQuestion;
     default: return QStyle::SP_MessageBoxInformation;
     }
-}
-
-QColor toQColor(std::uint32_t c)
-{
-    return QColor(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF));
-}
-
-std::uint32_t fromQColor(const QColor& c)
-{
-    return std::uint32_t(c.red()) | (std::uint32_t(c.green()) << 8) | (std::uint32_t(c.blue()) << 16);
 }
 
 }  // namespace
@@ -243,10 +235,14 @@ std::optional<FontChoice> GuiDialogPort::chooseFont(const FontChoice& initial)
 
 std::optional<std::uint32_t> GuiDialogPort::chooseColour(std::uint32_t initial)
 {
-    const QColor c = QColorDialog::getColor(toQColor(initial), dialogParent());
-    if (!c.isValid())
+    // The program's own picker, with the custom colours kept beside the
+    // user's other data.
+    GuiMessagePort messages;
+    colour::Colore picker(AppContext::ensureDataFolder(), &messages);
+    picker.setColor(initial);
+    if (!picker.Show(dialogParent()))
         return std::nullopt;
-    return fromQColor(c);
+    return picker.Color();
 }
 
 bool GuiShellPort::openDocument(const QString& pathOrUrl)

@@ -106,8 +106,8 @@ TEST_F(WindowRegistryTest, EachWindowOpensOnceUnderTheMainWindow)
         "frmCor 'Correzioni automatiche' modal",
         "FrmOpz 'Opzioni' modal",
         "frmRecuper frmRecuper 'Recupero documenti' shown deleted on close",
-        "frmInc -",
-        "frmApp -",
+        "frmInc frmInc 'Incolla speciale' shown deleted on close",
+        "frmApp frmApp 'Visualizzatore appunti' shown deleted on close",
         "frmZip -",
     };
     EXPECT_EQ(seen.join("\n").toStdString(), expected.join("\n").toStdString());
