@@ -66,6 +66,10 @@ Mark markOf(testing::TestContext& t, MainWindow& w)
     for (QWidget* top : QApplication::topLevelWidgets())
         if (top->isVisible())
             m.shown << top->objectName();
+    // Panels inside the window count as shown too.
+    for (QWidget* inside : w.findChildren<QWidget*>())
+        if (!inside->objectName().isEmpty() && inside->isVisible())
+            m.shown << inside->objectName();
     m.shown.sort();
     m.view = QStringList{QString::number(w.toolbar(0)->isVisible()), QString::number(w.toolbar(1)->isVisible()),
                          QString::number(w.layout().rulerWanted()), QString::number(w.layout().vistaPagina()),
@@ -107,6 +111,7 @@ const std::map<QString, std::function<void(MainWindow&, RichTextSurface&)>>& pre
         {"mnuParNessuno", [](MainWindow& w, RichTextSurface&) { w.paragrafoPuntato(); }},
         {"mnuVisNormale", [](MainWindow& w, RichTextSurface&) { w.setViewKind(true); }},
         {"mnuZoom4", [](MainWindow& w, RichTextSurface&) { w.zoom(QStringLiteral("50%")); }},
+        {"mnuClipNascondi", [](MainWindow& w, RichTextSurface&) { w.appunti(); }},
         {"mnuRighello", [](MainWindow& w, RichTextSurface&) { w.setViewKind(true); }},
         {"mnuMostraNascosto", [](MainWindow& w, RichTextSurface&) { w.SelVisible(); }},
     };
