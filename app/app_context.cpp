@@ -124,7 +124,7 @@ void AppContext::openAtStart(const QString& commandLine)
         if (doc.onRecentAdd)
             doc.onRecentAdd(doc.nomeFile);
     }
-    doc.lenSalvata = float(t.length());
+    doc.segnaSalvato();
 }
 
 }  // namespace tornelia

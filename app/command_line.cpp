@@ -1,6 +1,7 @@
 #include "app/command_line.h"
 
 #include "app/app_context.h"
+#include "app/command_line_procedures.h"
 #include "app/scripted_ports.h"
 #include "app/start.h"
 #include "core/procedures.h"
@@ -204,8 +205,8 @@ int runMacroHeadless(const CommandLine& cl)
     said.echo = true;
 
     const QString before = ctx.testo().TextRTF();
-    MainProcedures noWindow;  // commands that only show a window do nothing
-    c engine(MacroHost{ctx.testo(), said, noWindow, &doc, &ctx.undo()});
+    CommandLineProcedures procedures(ctx.testo(), ctx.undo());
+    c engine(MacroHost{ctx.testo(), said, procedures, &doc, &ctx.undo()});
     engine.ScriptText = macroText.Text();
     engine.ScriptExecute();
 

@@ -1,5 +1,7 @@
 #include "app/frm_main_logic.h"
 
+#include "app/command_line_procedures.h"
+
 #include <QClipboard>
 #include <QDate>
 #include <QGuiApplication>
@@ -185,49 +187,7 @@ void FrmMainLogic::eseguiSelezione()
 
 void FrmMainLogic::INco(const QString& how)
 {
-    RichTextSurface& t = ctx_.testo();
-    if (how == QLatin1String("2")) {
-        t.setSelText(QGuiApplication::clipboard()->text());
-        return;
-    }
-    if (how != QLatin1String("1")) {
-        ctx_.undo().unDO();
-        if (t.SelLength() > 0)
-            t.setSelText(QString());
-        t.Paste();
-        return;
-    }
-    // What comes in takes the format of the place it lands in.
-    const auto name = t.SelFontName();
-    const auto size = t.SelFontSize();
-    const auto bold = t.SelBold();
-    const auto italic = t.SelItalic();
-    const auto underline = t.SelUnderline();
-    const auto strike = t.SelStrikeThru();
-    const auto colour = t.SelColor();
-    const long before = t.length() - t.SelLength();
-    t.Paste();
-    const long end = t.SelStart();
-    const long pasted = t.length() - before;
-    if (pasted <= 0)
-        return;
-    t.setSelStart(end - pasted);
-    t.setSelLength(pasted);
-    if (name)
-        t.setSelFontName(*name);
-    if (size)
-        t.setSelFontSize(*size);
-    if (bold)
-        t.setSelBold(*bold);
-    if (italic)
-        t.setSelItalic(*italic);
-    if (underline)
-        t.setSelUnderline(*underline);
-    if (strike)
-        t.setSelStrikeThru(*strike);
-    if (colour)
-        t.setSelColor(*colour);
-    t.setSelStart(end);
+    pasteClipboard(ctx_.testo(), ctx_.undo(), how);
 }
 
 void FrmMainLogic::copiaSoloTesto()
@@ -431,7 +391,7 @@ void FrmMainLogic::clearForClose()
     goOn([&] { ctx_.testo().setText(QString()); });
     goOn([&] { ctx_.undo().clear(); });
     // The cleared text is what the document now holds.
-    ctx_.document().lenSalvata = 0;
+    ctx_.document().segnaSalvato();
 }
 
 }  // namespace tornelia

@@ -1,7 +1,7 @@
 #include "app/main_window.h"
 
+#include "app/command_table.h"
 #include "app/frm_av.h"
-#include "app/frm_cor.h"
 #include "app/main_layout.h"
 #include "controls/cmb.h"
 #include "controls/editor_view.h"
@@ -87,11 +87,6 @@ void showColour(ColourCmb* combo, qint64 c)
     combo->setColour(c);
 }
 
-const QStringList kZoomLevels{QStringLiteral("50%"),  QStringLiteral("75%"),  QStringLiteral("80%"),
-                              QStringLiteral("90%"),  QStringLiteral("100% - dimensioni reali      ."),
-                              QStringLiteral("110%"), QStringLiteral("120%"), QStringLiteral("150%"),
-                              QStringLiteral("200%"), QStringLiteral("250%")};
-
 }  // namespace
 
 MainWindow::MainWindow(AppContext& context, QWidget* parent)
@@ -123,7 +118,6 @@ MainWindow::MainWindow(AppContext& context, QWidget* parent)
 
     buildMenus();
     buildToolbars();
-    buildContextMenus();
     buildStatusBar();
 
     // The format engines work on the document's own surface.
@@ -201,282 +195,104 @@ MainWindow::~MainWindow()
 
 // ---------------------------------------------------------------- building
 
-QAction* MainWindow::addCommand(QMenu* menu, const QString& name, const QString& caption, const QString& icon,
-                                const QKeySequence& shortcut, std::function<void()> command)
+QAction* MainWindow::addRow(QWidget* place, const CommandRow& row, const QString& name)
 {
-    QAction* a = menu->addAction(caption);
+    const QString caption = QString::fromUtf8(row.kind == RowKind::Command && row.button >= 0 ? row.tip : row.caption);
+    auto* a = new QAction(themeIcon(QString::fromLatin1(row.icon)), caption, this);
     a->setObjectName(name);
-    if (!icon.isEmpty())
-        a->setIcon(themeIcon(icon));
-    if (!shortcut.isEmpty())
-        a->setShortcut(shortcut);
-    connect(a, &QAction::triggered, this, [this, command = std::move(command)] { runCommand(command); });
-    actions_.insert(name, a);
+    if (row.button >= 0)
+        a->setToolTip(caption);
+    if (row.shortcut != QKeyCombination())
+        a->setShortcut(QKeySequence(row.shortcut));
+    a->setCheckable(row.flags & Checkable);
+    a->setVisible(!(row.flags & Hidden));
+    place->addAction(a);
+    if (row.flags & OnToggle) {
+        connect(a, &QAction::toggled, this, [this, run = row.run] { runCommand([this, run] { run(*this); }, false); });
+    } else {
+        connect(a, &QAction::triggered, this, [this, run = row.run] { runCommand([this, run] { run(*this); }); });
+    }
+    applyNeed(a, row, registry_);
     return a;
 }
 
 void MainWindow::buildMenus()
 {
-    auto menu = [this](QMenu* parent, const QString& name, const QString& title) {
-        QMenu* m = parent ? parent->addMenu(title) : menuBar()->addMenu(title);
-        m->setObjectName(name);
-        if (!parent)
-            menus_ << m;
-        return m;
-    };
-    auto show = [this](Window w) { return [this, w] { showWindow(w); }; };
-    const QKeySequence none;
-
-    // File. The recent files stand at items 15 to 19, counting the separators.
-    QMenu* f = fileMenu_ = menu(nullptr, QStringLiteral("mnuf"), QStringLiteral("&File"));
-    addCommand(f, QStringLiteral("mnuNuovo"), QStringLiteral("&Nuovo..."), QStringLiteral("document-new"),
-               QKeySequence(Qt::CTRL | Qt::Key_N), [this] { Novo(1); });
-    addCommand(f, QStringLiteral("mnuNuovaSessione"), QStringLiteral("Nuova sessione di Tornelia...          "),
-               QStringLiteral("window-new"), none, [this] { nuovaSessione(); });
-    f->addSeparator();
-    addCommand(f, QStringLiteral("mnuApri"), QStringLiteral("&Apri"), QStringLiteral("document-open"),
-               QKeySequence(Qt::CTRL | Qt::Key_O), [this] { Aprii(QString()); });
-    addCommand(f, QStringLiteral("mnuSalva"), QStringLiteral("&Salva"), QStringLiteral("document-save"),
-               QKeySequence(Qt::CTRL | Qt::Key_S), [this] { Salvare(QString()); });
-    addCommand(f, QStringLiteral("mnuSalvaConNome"), QStringLiteral("Salva con nome..."),
-               QStringLiteral("document-save-as"), none, [this] { SalvareN(); });
-    f->addSeparator();
-    addCommand(f, QStringLiteral("mnuElimina"), QStringLiteral("E&limina file corrente"),
-               QStringLiteral("edit-delete"), none, [this] { DelFile(); });
-    addCommand(f, QStringLiteral("mnuProprieta"), QStringLiteral("&Proprietà file corrente..."),
-               QStringLiteral("document-properties"), none, [this] { pROP(); });
-    f->addSeparator();
-    addCommand(f, QStringLiteral("mnuImpostaPagina"), QStringLiteral("&Imposta pagina..."),
-               QStringLiteral("document-page-setup"), none, show(Window::frmImp));
-    f->addSeparator();
-    addCommand(f, QStringLiteral("mnuAnteprima"), QStringLiteral("Ant&eprima di stampa..."),
-               QStringLiteral("document-print-preview"), none, [this] { AntEP(); });
-    addCommand(f, QStringLiteral("mnuStampa"), QStringLiteral("&Stampa..."), QStringLiteral("document-print"),
-               QKeySequence(Qt::CTRL | Qt::Key_P), [this] { StaMpa(); });
-    f->addSeparator();
-    for (int i = 0; i < 5; ++i) {
-        QAction* a = f->addAction(QString());
-        a->setObjectName(QStringLiteral("mnuRecente%1").arg(15 + i));
-        a->setVisible(false);
-        connect(a, &QAction::triggered, this, [this, a] { runCommand([this, a] { RecENt(a->text()); }); });
-        recent_ << a;
+    QHash<QString, QMenu*> menus;
+    QActionGroup* group = nullptr;
+    for (const CommandRow& row : commandTable()) {
+        const QString parent = QString::fromLatin1(row.parent);
+        if (row.button >= 0)
+            continue;
+        QMenu* in = menus.value(parent);
+        if (!(row.flags & Exclusive))
+            group = nullptr;
+        switch (row.kind) {
+        case RowKind::Menu: {
+            const QString title = QString::fromUtf8(row.caption);
+            QMenu* m = nullptr;
+            if (row.flags & Popup) {
+                m = new QMenu(title, this);
+                popups_.insert(QString::fromLatin1(row.id), m);
+            } else if (in) {
+                m = in->addMenu(title);
+            } else {
+                m = menuBar()->addMenu(title);
+                menus_ << m;
+            }
+            m->setObjectName(QString::fromLatin1(row.id));
+            menus.insert(m->objectName(), m);
+            break;
+        }
+        case RowKind::Separator:
+            in->addSeparator();
+            break;
+        case RowKind::Recent: {
+            QAction* a = in->addAction(QString());
+            a->setObjectName(QString::fromLatin1(row.id));
+            a->setVisible(false);
+            connect(a, &QAction::triggered, this, [this, a] { runCommand([this, a] { RecENt(a->text()); }); });
+            recent_ << a;
+            break;
+        }
+        case RowKind::Command: {
+            QAction* a = addRow(in, row, QString::fromLatin1(row.id));
+            actions_.insert(a->objectName(), a);
+            if (row.flags & Exclusive) {
+                if (!group)
+                    group = new QActionGroup(this);
+                group->addAction(a);
+            }
+            break;
+        }
+        }
     }
-    f->addSeparator();
-    addCommand(f, QStringLiteral("mnuEsci"), QStringLiteral("Esci"), QStringLiteral("application-exit"), none,
-               [this] { esci(); });
-
-    // Modifica.
-    QMenu* m = menu(nullptr, QStringLiteral("mnum"), QStringLiteral("&Modifica"));
-    addCommand(m, QStringLiteral("mnuDisabilitaAnnulla"), QStringLiteral("Disabilita annulla"), {}, none,
-               [this] { disabilitaAnnulla(); })
-        ->setCheckable(true);
-    m->addSeparator();
-    addCommand(m, QStringLiteral("mnuAnnulla"), QStringLiteral("&Annulla"), QStringLiteral("edit-undo"),
-               QKeySequence(Qt::CTRL | Qt::Key_Z), [this] { UnDoo(); });
-    addCommand(m, QStringLiteral("mnuRipristina"), QStringLiteral("&Ripristina"), QStringLiteral("edit-redo"),
-               QKeySequence(Qt::CTRL | Qt::Key_Y), [this] { RedOO(); });
-    m->addSeparator();
-    // Control+X, C and V reach these through the text's own keys.
-    addCommand(m, QStringLiteral("mnuTaglia"), QStringLiteral("Ta&glia"), QStringLiteral("edit-cut"), none,
-               [this] { TaGl(); });
-    addCommand(m, QStringLiteral("mnuCopia"), QStringLiteral("&Copia"), QStringLiteral("edit-copy"), none,
-               [this] { CopYa(); });
-    addCommand(m, QStringLiteral("mnuIncolla"), QStringLiteral("&Incolla"), QStringLiteral("edit-paste"), none,
-               [this] { INco(QString()); });
-    addCommand(m, QStringLiteral("mnuIncollaSpeciale"), QStringLiteral("Copia / incolla speciale..."), {}, none,
-               show(Window::frmInc));
-    addCommand(m, QStringLiteral("mnuVisualizzaAppunti"), QStringLiteral("&Visualizza appunti..."), {}, none,
-               show(Window::frmApp));
-    addCommand(m, QStringLiteral("mnuAppunti"), QStringLiteral("&Appunti di Tornelia..."), {}, none,
-               [this] { appunti(); })
-        ->setCheckable(true);
-    m->addSeparator();
-    addCommand(m, QStringLiteral("mnuSelezionaRiga"), QStringLiteral("Seleziona riga"), {}, none,
-               [this] { selezionaRiga(); });
-    addCommand(m, QStringLiteral("mnuSelezionaTutto"), QStringLiteral("Seleziona t&utto"),
-               QStringLiteral("edit-select-all"), none, [this] { selezionaTutto(); });
-    m->addSeparator();
-    addCommand(m, QStringLiteral("mnuMaiuscole"), QStringLiteral("&Maiuscole / minuscole...                       "),
-               {}, none, show(Window::frmMai));
-    addCommand(m, QStringLiteral("mnuConteggio"), QStringLiteral("Conteggio &parole..."), {}, none,
-               [this] { CpAr(); });
-    addCommand(m, QStringLiteral("mnuVaiA"), QStringLiteral("Vai a..."), QStringLiteral("go-jump"),
-               QKeySequence(Qt::CTRL | Qt::Key_G), show(Window::frmGoTo));
-    addCommand(m, QStringLiteral("mnuTrova"), QStringLiteral("&Trova..."), QStringLiteral("edit-find"),
-               QKeySequence(Qt::CTRL | Qt::Key_F), [this] { FindA(); });
-    m->addSeparator();
-    addCommand(m, QStringLiteral("mnuInviaA"), QStringLiteral("Invia a..."), QStringLiteral("mail-send"), none,
-               [this] { MaIL(QString()); });
-    addCommand(m, QStringLiteral("mnuMaiuscoleF2"), QStringLiteral("maiuscole F2"), {}, none,
-               [this] { maiuscoleF2(); })
-        ->setVisible(false);
-
-    // Testo.
-    QMenu* t = menu(nullptr, QStringLiteral("mnuT"), QStringLiteral("&Testo"));
-    addCommand(t, QStringLiteral("mnuFont"), QStringLiteral("Font..."), QStringLiteral("preferences-desktop-font"),
-               none, [this] { chooseFont(); });
-    QMenu* col = menu(t, QStringLiteral("mnucol"), QStringLiteral("C&olore"));
-    addCommand(col, QStringLiteral("mnuColoreTesto"), QStringLiteral("Colore &testo..."), {}, none,
-               [this] { coloreTesto(); });
-    addCommand(col, QStringLiteral("mnuColoreSfondo"), QStringLiteral("Colore &sfondo..."), {}, none,
-               [this] { coloreSfondo(); });
-    addCommand(col, QStringLiteral("mnuColoriSpeciali"), QStringLiteral("Colori ed evidenziazioni speciali..."), {},
-               none, show(Window::frmCE));
-    QMenu* st = menu(t, QStringLiteral("mnuSt"), QStringLiteral("St&ile carattere"));
-    addCommand(st, QStringLiteral("mnuGrassetto"), QStringLiteral("&Grassetto"), QStringLiteral("format-text-bold"),
-               QKeySequence(Qt::CTRL | Qt::Key_B), [this] { Clic(37); });
-    addCommand(st, QStringLiteral("mnuCorsivo"), QStringLiteral("&Corsivo"), QStringLiteral("format-text-italic"),
-               QKeySequence(Qt::CTRL | Qt::Key_I), [this] { Clic(38); });
-    addCommand(st, QStringLiteral("mnuBarrato"), QStringLiteral("&Barrato"),
-               QStringLiteral("format-text-strikethrough"), none, [this] { Clic(40); });
-    addCommand(st, QStringLiteral("mnuSottolineato"), QStringLiteral("&Sottolineato normale"),
-               QStringLiteral("format-text-underline"), QKeySequence(Qt::CTRL | Qt::Key_U), [this] { Clic(39); });
-    addCommand(st, QStringLiteral("mnuSottolineatoSpeciale"), QStringLiteral("Sottolineato s&peciale..."), {}, none,
-               show(Window::frmSott));
-    QMenu* al = menu(t, QStringLiteral("mnual"), QStringLiteral("&Allineamento"));
-    auto* alignGroup = new QActionGroup(this);
-    for (const auto& [name, caption, icon, value] :
-         {std::tuple{"mnuSinistra", "&Sinistra", "format-justify-left", 0},
-          {"mnuCentrato", "&Centrato", "format-justify-center", 2},
-          {"mnuDestra", "&Destra", "format-justify-right", 1}}) {
-        QAction* a = addCommand(al, QString::fromLatin1(name), QString::fromUtf8(caption), QString::fromLatin1(icon),
-                                none, [this, v = value] { setAlignment(v); });
-        a->setCheckable(true);
-        alignGroup->addAction(a);
-    }
-    QMenu* pos = menu(t, QStringLiteral("mnud"), QStringLiteral("&Posizione"));
-    addCommand(pos, QStringLiteral("mnuNormale"), QStringLiteral("&Normale"), {}, none, [this] { setCharOffset(0); });
-    addCommand(pos, QStringLiteral("mnuApice"), QStringLiteral("&Apice"), {}, none, [this] { setCharOffset(50); });
-    addCommand(pos, QStringLiteral("mnuPedice"), QStringLiteral("&Pedice"), {}, none, [this] { setCharOffset(-50); });
-    addCommand(pos, QStringLiteral("mnuLivello"), QStringLiteral("&Livello personalizzato..."), {}, none,
-               show(Window::FrmApiPed));
-    t->addSeparator();
-    addCommand(t, QStringLiteral("mnuParagrafoPuntato"), QStringLiteral("Paragrafo puntato"),
-               QStringLiteral("format-indent-more"), none, [this] { paragrafoPuntato(); });
-    addCommand(t, QStringLiteral("mnuPuntatoImmagine"),
-               QStringLiteral("Paragrafo puntato con immagine...            "), {}, none, [this] { PaRImM(); });
-    t->addSeparator();
-    addCommand(t, QStringLiteral("mnuCorrezioneTesto"), QStringLiteral("Correzione testo..."), {}, none,
-               [this] { CorrEzionE(); });
-    addCommand(t, QStringLiteral("mnuStili"), QStringLiteral("Stili..."), {}, none, show(Window::FrmSt));
-    addCommand(t, QStringLiteral("mnuHTML"), QStringLiteral("Converti in &HTML..."), {}, none, show(Window::frmHTM));
-    t->addSeparator();
-    QMenu* hidden = menu(t, QStringLiteral("mnun"), QStringLiteral("Testo nascost&o"));
-    addCommand(hidden, QStringLiteral("mnuNascondi"), QStringLiteral("&Nascondi testo selezionato       "), {}, none,
-               [this] { SelVisible(); });
-    addCommand(hidden, QStringLiteral("mnuMostraNascosto"), QStringLiteral("Mostra testo nascosto                "),
-               {}, none, [this] { HiddenTextShow(); });
-    addCommand(t, QStringLiteral("mnuMotoOndoso"), QStringLiteral("Moto ondoso..."), {}, none, show(Window::frmOnd));
-    addCommand(t, QStringLiteral("mnuEseguiSelezionato"), QStringLiteral("Esegui selezionato"),
-               QStringLiteral("system-run"), none, [this] { eseguiSelezione(); });
-    t->addSeparator();
-    QMenu* ins = menu(t, QStringLiteral("mnuIns"), QStringLiteral("Inse&risci"));
-    addCommand(ins, QStringLiteral("mnuData"), QStringLiteral("&Data"), {}, none, [this] { inserisciData(); });
-    addCommand(ins, QStringLiteral("mnuDataOra"), QStringLiteral("Data e ora &personalizzate...      "),
-               QStringLiteral("appointment-new"), none, show(Window::frmTimeDate));
-    ins->addSeparator();
-    addCommand(ins, QStringLiteral("mnuImmagine"), QStringLiteral("&Immagine..."), QStringLiteral("insert-image"),
-               none, show(Window::frmIm));
-    addCommand(ins, QStringLiteral("mnuLinea"), QStringLiteral("&Linea..."), {}, none, show(Window::Form1));
-    addCommand(ins, QStringLiteral("mnuTestoSpeciale"), QStringLiteral("&Testo speciale..."),
-               QStringLiteral("insert-text"), none, show(Window::form2));
-    addCommand(ins, QStringLiteral("mnuCarattereSpeciale"), QStringLiteral("&Carattere speciale..."), {}, none,
-               show(Window::form3));
-    addCommand(ins, QStringLiteral("mnuInsFile"), QStringLiteral("&File..."), {}, none, [this] { InSFilE(); });
-    addCommand(ins, QStringLiteral("mnuTestoCiclico"), QStringLiteral("&Testo ciclico..."), {}, none,
-               show(Window::frmcic));
-
-    // Visualizza.
-    QMenu* v = viewMenu_ = menu(nullptr, QStringLiteral("mnuv"), QStringLiteral("&Visualizza"));
-    addCommand(v, QStringLiteral("mnuVisualizzatore"), QStringLiteral("&Visualizzatore caratteri..."), {}, none,
-               show(Window::Fontt));
-    v->addSeparator();
-    addCommand(v, QStringLiteral("mnuBarraStandard"), QStringLiteral("Barra strumenti &Standard          "), {}, none,
-               [this] { toggleToolbar(0); })
-        ->setCheckable(true);
-    addCommand(v, QStringLiteral("mnuBarraFormattazione"),
-               QStringLiteral("Barra strumenti &Formattazione               "), {}, none,
-               [this] { toggleToolbar(1); })
-        ->setCheckable(true);
-    addCommand(v, QStringLiteral("mnuRighello"), QStringLiteral("&Righello"), {}, none, [this] { toggleRuler(); })
-        ->setCheckable(true);
-    QMenu* kind = menu(v, QStringLiteral("mnuTipovis"), QStringLiteral("&Tipo di visualizzazione"));
-    auto* kindGroup = new QActionGroup(this);
-    QAction* normal = addCommand(kind, QStringLiteral("mnuVisNormale"), QStringLiteral("Visualizzazione Normale"), {},
-                                 none, [this] { setViewKind(false); });
-    QAction* page = addCommand(kind, QStringLiteral("mnuVisPagina"), QStringLiteral("Visualizzazione pagina  (WYSIWYG)"),
-                               {}, none, [this] { setViewKind(true); });
-    for (QAction* a : {normal, page}) {
-        a->setCheckable(true);
-        kindGroup->addAction(a);
-    }
-    normal->setChecked(true);
-    QMenu* zm = menu(v, QStringLiteral("mnuzoom"), QStringLiteral("&Zoom"));
-    for (int i = 0; i < kZoomLevels.size(); ++i) {
-        const QString level = kZoomLevels[i];
-        addCommand(zm, QStringLiteral("mnuZoom%1").arg(i), level, {}, none, [this, level] {
-            if (cbZoom_)
-                cbZoom_->setCurrentText(level);
-            zoom(level);
-        });
-    }
-    v->addSeparator();
-    addCommand(v, QStringLiteral("mnuCripta"), QStringLiteral("&Cripta documento..."), {}, none, [this] { CripT(); });
-    addCommand(v, QStringLiteral("mnuDecripta"), QStringLiteral("&Decripta documento..."), {}, none,
-               [this] { DeCripT(); });
-    v->addSeparator();
-    addCommand(v, QStringLiteral("mnuMacro"), QStringLiteral("&Macro..."), {}, none, show(Window::frmMac));
-    addCommand(v, QStringLiteral("mnuCorrezioneAutomatica"), QStringLiteral("Correzione automatica..."), {}, none,
-               show(Window::frmCor));
-    addCommand(v, QStringLiteral("mnuOpzioni"), QStringLiteral("&Opzioni..."), QStringLiteral("preferences-system"),
-               none, show(Window::FrmOpz));
-    addCommand(v, QStringLiteral("mnuTastiera"), QStringLiteral("&Tastiera"), QStringLiteral("input-keyboard"), none,
-               [this] { TasTiER(); })
-        ->setCheckable(true);
-    v->addSeparator();
-    addCommand(v, QStringLiteral("mnuRecupero"), QStringLiteral("Recupero documenti..."),
-               QStringLiteral("document-revert"), none, show(Window::frmRecuper));
-
-    // Extras.
-    QMenu* e = menu(nullptr, QStringLiteral("mnuExt"), QStringLiteral("&Extras"));
-    addCommand(e, QStringLiteral("mnuSarbena"), QStringLiteral("&Sarbena...      "), {}, none, [this] { sarbena(); });
-    QMenu* cif = menu(e, QStringLiteral("mnuCifratura"), QStringLiteral("C&ifratura"));
-    addCommand(cif, QStringLiteral("mnuExCr1"), QStringLiteral("&Cifratura/decifratura documento..."), {}, none,
-               [this] { cifraturaDocumento(); });
-    addCommand(cif, QStringLiteral("mnuExCr"), QStringLiteral("Cifra &documento corrente..."), {}, none,
-               [this] { cifraDocumentoCorrente(); });
-    addCommand(e, QStringLiteral("mnuExZip"), QStringLiteral("C&ompressione documento..."), {}, none,
-               show(Window::frmZip));
-
-    // Help.
-    QMenu* h = menu(nullptr, QStringLiteral("mnuH"), QStringLiteral("&Help"));
-    addCommand(h, QStringLiteral("mnuGuida"), QStringLiteral("Guida..."), QStringLiteral("help-contents"),
-               QKeySequence(Qt::Key_F1), [this] { guida(); });
-    addCommand(h, QStringLiteral("mnuAggiornamento"), QStringLiteral("&Aggiornamento programma..."), {}, none,
-               [this] { aggiornamento(); });
-    h->addSeparator();
-    addCommand(h, QStringLiteral("mnuSegnala"), QStringLiteral("Segnala errori..."), {}, none, [this] { DeBugG(); });
-    addCommand(h, QStringLiteral("mnuSito"), QStringLiteral("Il sito di Tornelia..."), {}, none,
-               [this] { sitoWeb(); });
-    h->addSeparator();
-    addCommand(h, QStringLiteral("mnuInformazioni"), QStringLiteral("&Informazioni su Tornelia...     "),
-               QStringLiteral("help-about"), none, [this] { informazioni(); });
+    fileMenu_ = menus.value(QStringLiteral("mnuf"));
+    viewMenu_ = menus.value(QStringLiteral("mnuv"));
+    action(QStringLiteral("mnuVisNormale"))->setChecked(true);
     updateHelpEntries();
 }
 
-QAction* MainWindow::addButton(int bar, int index, const QString& tip, const QString& icon,
-                               std::function<void()> command)
+void MainWindow::addTableButtons(int bar)
 {
+    const char* const name = bar == 0 ? "t0" : "t1";
     QList<QAction*>& list = buttons_[bar];
-    while (list.size() < index) {
-        list << t_[bar]->addSeparator();
+    for (const CommandRow& row : commandTable()) {
+        if (row.button < 0 || qstrcmp(row.parent, name) != 0)
+            continue;
+        while (list.size() < row.button)
+            list << t_[bar]->addSeparator();
+        list << addRow(t_[bar], row, toolButtonName(bar, row.button));
     }
-    QAction* a = t_[bar]->addAction(themeIcon(icon), tip);
-    a->setToolTip(tip);
-    a->setObjectName(QStringLiteral("t%1_%2").arg(bar).arg(index));
-    connect(a, &QAction::triggered, this, [this, command = std::move(command)] { runCommand(command); });
-    list << a;
-    return a;
+}
+
+void MainWindow::dropBulletMenu()
+{
+    // The bullet menu drops from under the button.
+    QWidget* button = t_[1]->widgetForAction(buttons_[1][16]);
+    QMenu* menu = popups_.value(QStringLiteral("mnuP"));
+    if (button && menu)
+        menu->popup(button->mapToGlobal(QPoint(0, button->height())));
 }
 
 QAction* MainWindow::toolButton(int bar, int index) const
@@ -503,34 +319,7 @@ void MainWindow::buildToolbars()
     addToolBarBreak(Qt::TopToolBarArea);
     insertToolBarBreak(t_[1]);
 
-    auto show = [this](Window w) { return [this, w] { showWindow(w); }; };
-    addButton(0, 0, QStringLiteral("Nuovo file"), QStringLiteral("document-new"), [this] { Novo(0); });
-    addButton(0, 1, QStringLiteral("Apri documento esistente"), QStringLiteral("document-open"),
-              [this] { Aprii(QString()); });
-    addButton(0, 2, QStringLiteral("Salva documento"), QStringLiteral("document-save"),
-              [this] { Salvare(QString()); });
-    addButton(0, 4, QStringLiteral("Stampa"), QStringLiteral("document-print"), [this] { StaMpa(); });
-    addButton(0, 5, QStringLiteral("Anteprima di stampa"), QStringLiteral("document-print-preview"),
-              [this] { AntEP(); });
-    addButton(0, 6, QStringLiteral("Imposta pagina"), QStringLiteral("document-page-setup"), show(Window::frmImp));
-    addButton(0, 8, QStringLiteral("Taglia"), QStringLiteral("edit-cut"), [this] { TaGl(); });
-    addButton(0, 9, QStringLiteral("Copia"), QStringLiteral("edit-copy"), [this] { CopYa(); });
-    addButton(0, 10, QStringLiteral("Incolla"), QStringLiteral("edit-paste"), [this] { INco(QString()); });
-    addButton(0, 11, QStringLiteral("Cancella testo selezionato"), QStringLiteral("edit-clear"),
-              [this] { DeleteSelectedText(); });
-    addButton(0, 13, QStringLiteral("Annulla ultima azione"), QStringLiteral("edit-undo"), [this] { UnDoo(); });
-    addButton(0, 14, QStringLiteral("Ripristina ultima azione"), QStringLiteral("edit-redo"), [this] { RedOO(); });
-    addButton(0, 16, QStringLiteral("Invia a..."), QStringLiteral("mail-send"), [this] { MaIL(QString()); });
-    addButton(0, 17, QStringLiteral("Esegui selezionato"), QStringLiteral("system-run"),
-              [this] { eseguiSelezione(); });
-    addButton(0, 19, QStringLiteral("Iserisci immagine"), QStringLiteral("insert-image"), show(Window::frmIm));
-    addButton(0, 20, QStringLiteral("Inserisci linea"), QStringLiteral("list-remove"), show(Window::Form1));
-    addButton(0, 21, QStringLiteral("Iserisci testo speciale"), QStringLiteral("insert-text"), show(Window::form2));
-    addButton(0, 23, QStringLiteral("Inserisci data/ora"), QStringLiteral("appointment-new"),
-              show(Window::frmTimeDate));
-    addButton(0, 25, QStringLiteral("Opzioni"), QStringLiteral("preferences-system"), show(Window::FrmOpz));
-    addButton(0, 26, QStringLiteral("Tastiera"), QStringLiteral("input-keyboard"), [this] { TasTiER(); })
-        ->setCheckable(true);
+    addTableButtons(0);
 
     // t(1): six combos, then the buttons.
     cbFont_ = new FontCmb(t_[1]);
@@ -604,107 +393,7 @@ void MainWindow::buildToolbars()
     connect(cmbC_[0], &QComboBox::activated, this, [this](int i) { runCommand([this, i] { pickTextColour(i); }); });
     connect(cmbC_[1], &QComboBox::activated, this, [this](int i) { runCommand([this, i] { pickHighlight(i); }); });
 
-    addButton(1, 6, QStringLiteral("Grassetto"), QStringLiteral("format-text-bold"), [this] { Clic(37); });
-    addButton(1, 7, QStringLiteral("Corsivo"), QStringLiteral("format-text-italic"), [this] { Clic(38); });
-    addButton(1, 8, QStringLiteral("Sottolineato"), QStringLiteral("format-text-underline"), [this] { Clic(39); });
-    addButton(1, 9, QStringLiteral("Barrato"), QStringLiteral("format-text-strikethrough"), [this] { Clic(40); });
-    addButton(1, 11, QStringLiteral("Trova"), QStringLiteral("edit-find"), [this] { FindA(); });
-    addButton(1, 13, QStringLiteral("Allineamento a sinistra"), QStringLiteral("format-justify-left"),
-              [this] { setAlignment(0); });
-    addButton(1, 14, QStringLiteral("Allineamento centrato"), QStringLiteral("format-justify-center"),
-              [this] { setAlignment(2); });
-    addButton(1, 15, QStringLiteral("Allineamento a destra"), QStringLiteral("format-justify-right"),
-              [this] { setAlignment(1); });
-    for (int i : {6, 7, 8, 9, 13, 14, 15})
-        buttons_[1][i]->setCheckable(true);
-    addButton(1, 16, QStringLiteral("Paragrafo puntato"), QStringLiteral("format-indent-more"), [this] {
-        // The bullet menu drops from under the button.
-        QWidget* button = t_[1]->widgetForAction(buttons_[1][16]);
-        QMenu* menu = popups_.value(QStringLiteral("mnuP"));
-        if (button && menu)
-            menu->popup(button->mapToGlobal(QPoint(0, button->height())));
-    });
-    QAction* autosave = addButton(1, kAutosaveButton, QStringLiteral("Attiva/disattiva salvataggio automatico"),
-                                  QStringLiteral("media-floppy"), [] {});
-    autosave->setCheckable(true);
-    connect(autosave, &QAction::toggled, this, [this](bool on) { runCommand([this, on] { autosaveToggled(on); }, false); });
-}
-
-void MainWindow::buildContextMenus()
-{
-    auto popup = [this](const QString& name, const QString& title) {
-        auto* m = new QMenu(title, this);
-        m->setObjectName(name);
-        popups_.insert(name, m);
-        return m;
-    };
-    const QKeySequence none;
-
-    QMenu* mn = popup(QStringLiteral("mnu"), QStringLiteral("nascosto"));
-    addCommand(mn, QStringLiteral("mnumnTaglia"), QStringLiteral("&Taglia"), QStringLiteral("edit-cut"), none,
-               [this] { TaGl(); });
-    addCommand(mn, QStringLiteral("mnumnCopia"), QStringLiteral("&Copia"), QStringLiteral("edit-copy"), none,
-               [this] { CopYa(); });
-    addCommand(mn, QStringLiteral("mnumnIncolla"), QStringLiteral("&Incolla"), QStringLiteral("edit-paste"), none,
-               [this] { INco(QString()); });
-    QMenu* special = mn->addMenu(QStringLiteral("Speciali"));
-    special->setObjectName(QStringLiteral("mnuSpec"));
-    QMenu* spc = special->addMenu(QStringLiteral("Copia"));
-    spc->setObjectName(QStringLiteral("mnuSpc"));
-    addCommand(spc, QStringLiteral("mnuSpcFormattazione"), QStringLiteral("Copia testo e formattazione"), {}, none,
-               [this] { CopYa(); });
-    addCommand(spc, QStringLiteral("mnuSpcTesto"), QStringLiteral("Copia solo testo"), {}, none,
-               [this] { copiaSoloTesto(); });
-    QMenu* mnn = special->addMenu(QStringLiteral("Incolla       ."));
-    mnn->setObjectName(QStringLiteral("mnumnn"));
-    addCommand(mnn, QStringLiteral("mnumnnOriginale"), QStringLiteral("Mantieni formattazione originale"), {}, none,
-               [this] { INco(QStringLiteral("0")); });
-    addCommand(mnn, QStringLiteral("mnumnnDestinazione"), QStringLiteral("Applica formattazione di destinaz.       ."),
-               {}, none, [this] { INco(QStringLiteral("1")); });
-    addCommand(mnn, QStringLiteral("mnumnnTesto"), QStringLiteral("Incolla solo testo"), {}, none,
-               [this] { INco(QStringLiteral("2")); });
-    mn->addSeparator();
-    addCommand(mn, QStringLiteral("mnumnTrova"), QStringLiteral("&Trova"), QStringLiteral("edit-find"), none,
-               [this] { FindA(); });
-    addCommand(mn, QStringLiteral("mnumnEsegui"), QStringLiteral("&Esegui selezionato                            "),
-               QStringLiteral("system-run"), none, [this] { eseguiSelezione(); });
-
-    QMenu* im = popup(QStringLiteral("mnuImma"), QStringLiteral("immagine"));
-    addCommand(im, QStringLiteral("mnuImmTaglia"), QStringLiteral("&Taglia"), QStringLiteral("edit-cut"), none,
-               [this] { TaGl(); });
-    addCommand(im, QStringLiteral("mnuImmCopia"), QStringLiteral("&Copia"), QStringLiteral("edit-copy"), none,
-               [this] { CopYa(); });
-    addCommand(im, QStringLiteral("mnuImmIncolla"), QStringLiteral("&Incolla"), QStringLiteral("edit-paste"), none,
-               [this] { INco(QString()); });
-    im->addSeparator();
-    addCommand(im, QStringLiteral("mnuImmSalva"), QStringLiteral("Salva immagine con nome..."), {}, none,
-               [this] { salvaImmagine(); });
-    addCommand(im, QStringLiteral("mnuImmProprieta"), QStringLiteral("Proprietà immagine..."), {}, none,
-               [this] { proprietaImmagine(); });
-
-    QMenu* par = popup(QStringLiteral("mnuP"), QStringLiteral("puntato"));
-    auto* group = new QActionGroup(this);
-    QAction* bullets[3] = {
-        addCommand(par, QStringLiteral("mnuParStandard"), QStringLiteral("Paragrafo puntato standard                      "),
-                   {}, none, [this] { paragrafoPuntato(); }),
-        addCommand(par, QStringLiteral("mnuParImmagini"), QStringLiteral("Paragrafo puntato Immagini         ."), {},
-                   none, [this] { PaRImM(); }),
-        addCommand(par, QStringLiteral("mnuParNessuno"), QStringLiteral("Nessun paragrafo puntato           "), {},
-                   none, [this] { nessunPuntato(); }),
-    };
-    for (QAction* a : bullets) {
-        a->setCheckable(true);
-        group->addAction(a);
-    }
-
-    QMenu* cl = popup(QStringLiteral("mnuCl"), QStringLiteral("nascosto clip"));
-    addCommand(cl, QStringLiteral("mnuClipOpzioni"), QStringLiteral("&Opzioni appunti...                                      "),
-               {}, none, [this] { opzioniAppunti(); });
-    addCommand(cl, QStringLiteral("mnuClipNascondi"), QStringLiteral("&Nascondi"), {}, none, [this] { appunti(); });
-
-    QMenu* in = popup(QStringLiteral("mnuIn"), QStringLiteral("incolla"));
-    addCommand(in, QStringLiteral("mnuincolla"), QStringLiteral("&Incolla"), QStringLiteral("edit-paste"), none,
-               [this] { INco(QString()); });
+    addTableButtons(1);
 }
 
 void MainWindow::buildStatusBar()
@@ -813,7 +502,7 @@ void MainWindow::Form_Load(const QString& commandLine, const std::function<void(
     });
     step([&] { logic_.writeVersionFile(QCoreApplication::applicationVersion()); });
     step([&] { CmeN(); });
-    ctx_.document().lenSalvata = float(ctx_.testo().length());
+    ctx_.document().segnaSalvato();
     if (unquotePath(commandLine).isEmpty())
         showStartPanel();
     step([&] {
@@ -1435,12 +1124,7 @@ void MainWindow::autosaveToggled(bool on)
 
 void MainWindow::showWindow(Window window)
 {
-    if (registry_.open(window, WindowHost{ctx_, this, *this}))
-        return;
-    if (window == Window::frmCor) {
-        FrmCor dialog(ctx_.settings(), this);
-        dialog.exec();
-    }
+    registry_.open(window, WindowHost{ctx_, this, *this});
 }
 
 void MainWindow::AntEP()

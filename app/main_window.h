@@ -38,6 +38,7 @@ class FontCmb;
 class FormTast;
 class MainLayout;
 class RecentFiles;
+struct CommandRow;
 
 class MainWindow : public QMainWindow, public FramePort, public MainProcedures {
     Q_OBJECT
@@ -172,6 +173,8 @@ public:
     void ChMnu() override { CmeN(); }
     // The three alignment entries and buttons show the paragraph's alignment.
     void allineaBottoni();
+    // The bullet button's menu, dropped from under the button.
+    void dropBulletMenu();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -183,13 +186,12 @@ protected:
     bool QueryUnload();
 
 private:
+    // The menus, the context menus and the buttons, from the command table.
     void buildMenus();
     void buildToolbars();
-    void buildContextMenus();
+    void addTableButtons(int bar);
     void buildStatusBar();
-    QAction* addCommand(QMenu* menu, const QString& name, const QString& caption, const QString& icon,
-                        const QKeySequence& shortcut, std::function<void()> command);
-    QAction* addButton(int bar, int index, const QString& tip, const QString& icon, std::function<void()> command);
+    QAction* addRow(QWidget* place, const CommandRow& row, const QString& name);
     // Runs a command of the document; an error that rises out of it is told
     // to the user instead of ending the program. CmeN follows unless told not to.
     void runCommand(const std::function<void()>& command, bool thenCmeN = true);

@@ -44,12 +44,13 @@ void AutoSave::tick()
     if (minuti_ == 0)
         return;
     ++contatore_;
-    // Only a save at the very tick of the limit resets the count; a document
-    // unchanged at that moment is not saved again in this run.
-    if (contatore_ == long(minuti_) * 60 && document_.fileCambiato() && attivo_) {
+    if (contatore_ < long(minuti_) * 60)
+        return;
+    // The count starts again whether or not there was anything to save, so
+    // an unchanged document at one moment does not end autosave for the run.
+    contatore_ = 0;
+    if (document_.fileCambiato() && attivo_)
         salvaAutomatico();
-        contatore_ = 0;
-    }
 }
 
 bool AutoSave::ensureTemp() { return QDir().mkpath(tempFolder()); }
@@ -71,12 +72,10 @@ bool AutoSave::salvaAutomatico()
 {
     ensureTemp();
     if (isRealName(document_.nomeFile)) {
-        // Over its own file, as RTF only when the name says so: a .tnl goes
-        // out as plain text here.
+        // Over its own file, in the file's own kind: .rtf and .tnl hold
+        // formats, so they go out as RTF; plain text only for the others.
         const QString file = document_.testo().FileName();
-        const int kind = QFileInfo(file).suffix().compare(QLatin1String("rtf"), Qt::CaseInsensitive) == 0
-                             ? RichTextSurface::RtfKind
-                             : RichTextSurface::TextKind;
+        const int kind = Document::kindOf(file) == 2 ? RichTextSurface::TextKind : RichTextSurface::RtfKind;
         return save(file, kind);
     }
     return save(QDir(tempFolder()).filePath(QStringLiteral("documento 1.rtf")), RichTextSurface::RtfKind);

@@ -63,6 +63,7 @@ Document::Document(RichTextSurface& testo, SettingsStore& settings, MessagePort&
     : testo_(testo), settings_(settings), messages_(messages), dialogs_(dialogs), shell_(shell),
       frame_(frame)
 {
+    segnaSalvato();
 }
 
 QString Document::mostraMsg(const QString& title, const QString& text, int buttons, int icon)
@@ -88,9 +89,16 @@ QString Document::captionFor(const QString& path)
 
 bool Document::fileCambiato() const
 {
-    // The length alone: a change of format, or a replacement of the same
-    // length, leaves the document as saved.
-    return static_cast<float>(testo_.length()) != lenSalvata;
+    // The length first, as it costs nothing; then the whole document, so
+    // bold given to a word or a word replaced by one as long is not lost at
+    // the close without a question.
+    return static_cast<float>(testo_.length()) != lenSalvata || testo_.TextRTF() != rtfSalvato;
+}
+
+void Document::segnaSalvato()
+{
+    lenSalvata = static_cast<float>(testo_.length());
+    rtfSalvato = testo_.TextRTF();
 }
 
 bool Document::fileGiaAperto(const QString& fileName) const
@@ -150,7 +158,7 @@ void Document::applyDefaultFormat()
     testo_.setSelColor(0);
 }
 
-void Document::Novo(int mostraAvvio)
+bool Document::Novo(int mostraAvvio)
 {
     if (fileCambiato()) {
         mostraMsg(QStringLiteral("Nuovo"),
@@ -160,19 +168,22 @@ void Document::Novo(int mostraAvvio)
             // A save that failed or was cancelled has told the user already;
             // clearing now would throw the work away, so nothing more happens.
             if (fileCambiato())
-                return;
-            // The name and the saved length stay those of the file just
-            // saved: a later plain save writes the empty text over it.
+                return false;
+            // The cleared text is a new document: keeping the saved file's
+            // name would let a plain save write the empty text over it.
             testo_.setText({});
             frame_.setStatusPanel(kDocumentPanel, kNoSavedDocument);
+            nomeFile = kNoDocument;
+            frame_.setCaption(kCaptionPrefix + kNoDocument);
+            segnaSalvato();
         } else if (rispostaMsg == QLatin1String("no")) {
             testo_.setText({});
             frame_.setStatusPanel(kDocumentPanel, kNoSavedDocument);
             nomeFile = kNoDocument;
             frame_.setCaption(kCaptionPrefix + kNoDocument);
-            lenSalvata = static_cast<float>(testo_.length());
-        } else if (rispostaMsg == QLatin1String("an")) {
-            return;
+            segnaSalvato();
+        } else {
+            return false;
         }
     } else {
         // The saved length stays: after a clean non-empty document the new
@@ -187,6 +198,7 @@ void Document::Novo(int mostraAvvio)
         onUndoClear();
     if (mostraAvvio == 1 && onShowStartPanel)
         onShowStartPanel();
+    return true;
 }
 
 // --- open ------------------------------------------------------------------
@@ -316,28 +328,31 @@ void Document::Aprii(const QString& chosen)
     // A copy: Novo changes nomeFile, which a caller may have passed.
     const QString path = chosen;
     inApertura = true;
-    // Whatever the answer, even "an", the opening goes on.
-    Novo(0);
+    // A cancel at "save the changes?" keeps the document and opens nothing.
+    if (!Novo(0))
+        return;
 
     if (path.isEmpty()) {
         // The chooser calls Aprii back with its file, so the empty open ends
         // first; a cancel leaves the empty, nameless document.
         testo_.recordFileName({});
         showOpenedName(false);
-        lenSalvata = static_cast<float>(testo_.length());
+        segnaSalvato();
         if (onConalinee)
             onConalinee();
         frame_.processEvents();
-        lenSalvata = static_cast<float>(testo_.length());
+        segnaSalvato();
         chooseFile(1);
         return;
     }
 
     const QFileInfo info(path);
-    if (!info.isFile()) {
+    if (!info.exists()) {
         mostraMsg(QStringLiteral("Apri file"), QStringLiteral("File inesistente!"), 0, 3);
         return;
     }
+    if (!readable(path, QStringLiteral("Apri file")))
+        return;
     const qint64 size = info.size();
     frame_.processEvents();
 
@@ -347,12 +362,17 @@ void Document::Aprii(const QString& chosen)
         // A TNL or RTF file becomes what writing its name would load (its
         // contents decide between RTF and text), read and parsed once: a
         // second parse of a large file doubled the time of every open.
-        // A read that fails leaves whatever the text then is, without a word.
         try {
             setUpBar(path);
             lineCar(path, kindOf(path) == KindText ? LoadAs::Text : LoadAs::Contents);
             loaded = true;
         } catch (const std::exception&) {
+            // Half a file is not the file: the person is told, and it does
+            // not go on the recent list.
+            testo_.setText({});
+            segnaSalvato();
+            mostraMsg(QStringLiteral("Apri file"), QStringLiteral("Errore durante la lettura del file!"), 0, 3);
+            return;
         }
     }
     if (loaded)
@@ -361,13 +381,34 @@ void Document::Aprii(const QString& chosen)
         writeFileName(path, size > 0);
     showOpenedName(false);
 
-    lenSalvata = static_cast<float>(testo_.length());
+    segnaSalvato();
     if (onRecentAdd)
         onRecentAdd(path);
     if (onConalinee)
         onConalinee();
     frame_.processEvents();
-    lenSalvata = static_cast<float>(testo_.length());
+    segnaSalvato();
+}
+
+bool Document::readable(const QString& path, const QString& title)
+{
+    const QFileInfo info(path);
+    QString why;
+    if (info.isDir())
+        why = QStringLiteral("Il percorso scelto è una cartella, non un file!");
+    else if (!info.exists())
+        return true;  // said by the caller, each in its own words
+    else if (!info.isFile())
+        why = QStringLiteral("Il percorso scelto non è un documento!");
+    else {
+        QFile probe(path);
+        if (!probe.open(QIODevice::ReadOnly))
+            why = QStringLiteral("Impossibile leggere il file: accesso negato!");
+    }
+    if (why.isEmpty())
+        return true;
+    mostraMsg(title, why, 0, 3);
+    return false;
 }
 
 void Document::RecENt(const QString& path)
@@ -375,7 +416,10 @@ void Document::RecENt(const QString& path)
     // A copy: Novo changes nomeFile, which a caller may have passed.
     const QString file = path;
     inApertura = true;
-    Novo(0);
+    if (!Novo(0))
+        return;
+    if (!readable(file, QStringLiteral("Apri file recente")))
+        return;
     try {
         if (!QFileInfo(file).isFile()) {
             mostraMsg(QStringLiteral("Apri file"), QStringLiteral("Il file selezionato non esiste!"), 0, 0);
@@ -387,7 +431,7 @@ void Document::RecENt(const QString& path)
             lineCar(file, kindOf(file) == KindText ? LoadAs::Text : LoadAs::Contents);
             testo_.recordFileName(file);
             showOpenedName(true);
-            lenSalvata = static_cast<float>(testo_.length());
+            segnaSalvato();
             if (onRecentAdd)
                 onRecentAdd(file);
         }
@@ -429,7 +473,7 @@ bool Document::saveChecked(const QString& path)
     if (!writeFile(path, kind))
         return false;
     frame_.processEvents();
-    lenSalvata = static_cast<float>(testo_.length());
+    segnaSalvato();
     return true;
 }
 
@@ -464,7 +508,7 @@ void Document::Sv(const QString& path)
     testo_.recordFileName(path);
     nomeFile = path;
     frame_.setCaption(captionFor(path));
-    lenSalvata = static_cast<float>(testo_.length());
+    segnaSalvato();
     if (onRecentAdd)
         onRecentAdd(path);
 }
@@ -478,7 +522,7 @@ void Document::nnm()
     // Only an .rtf goes out as RTF here; a .tnl goes out as plain text.
     const int kind = kindOf(nomeFile) == KindRtf ? RichTextSurface::RtfKind : RichTextSurface::TextKind;
     if (writeFile(nomeFile, kind))
-        lenSalvata = static_cast<float>(testo_.length());
+        segnaSalvato();
 }
 
 // --- file commands ---------------------------------------------------------

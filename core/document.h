@@ -25,6 +25,9 @@ public:
     // --- state of the lifecycle ---
     QString nomeFile = kNoDocument;
     float lenSalvata = 0;
+    // The document as last loaded or saved, so a change of format or a
+    // same-length replacement still counts as a change.
+    QString rtfSalvato;
     bool inApertura = false;
     QString rispostaMsg;
 
@@ -40,7 +43,9 @@ public:
     std::function<QStringList()> windowTitles;
 
     // --- operations ---
-    void Novo(int mostraAvvio);
+    // False when the person cancelled at the question, or the save asked
+    // for failed: the document stays as it was.
+    bool Novo(int mostraAvvio);
     void Aprii(const QString& path);
     void RecENt(const QString& path);
     void Salvare(const QString& path);
@@ -57,6 +62,11 @@ public:
     long lineCar(const QString& path, bool comeRTF);
     long lineCar(const QString& path, LoadAs as);
     bool fileCambiato() const;
+    // What the text holds now counts as saved.
+    void segnaSalvato();
+    // False, after telling the person, for a folder, a device or a file
+    // that cannot be read.
+    bool readable(const QString& path, const QString& title);
     bool fileGiaAperto(const QString& fileName) const;
     // True when the caller has to stop (saving onto a read-only file).
     bool readOnlyTest(const QString& path, bool opening);

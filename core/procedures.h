@@ -3,7 +3,7 @@
 // The procedures of the main window that reach beyond the document: the
 // menus, the toolbars, the keys and the macro commands all call these, so a
 // command means the same thing wherever it comes from. The window implements
-// them; without a window (the command line) they do nothing.
+// them, and so does the command line for those that make sense without one.
 
 #include "core/typing_assist.h"
 
@@ -49,18 +49,19 @@ enum class Window {
 class MainProcedures : public TypingProcedures {
 public:
     // Shows a window owned by the main window, without waiting for it.
-    virtual void showWindow(Window) {}
-    virtual void StaMpa() {}
+    virtual void showWindow(Window) = 0;
+    virtual void StaMpa() = 0;
     // The picture bullet of the current paragraph.
-    virtual void PaRImM() {}
+    virtual void PaRImM() = 0;
     // The word count window.
-    virtual void CpAr() {}
-    virtual void MaIL(const QString& /*address*/) {}
+    virtual void CpAr() = 0;
+    virtual void MaIL(const QString& address) = 0;
     // Insert a file chosen by the person.
-    virtual void InSFilE() {}
+    virtual void InSFilE() = 0;
     // The on-screen keyboard shown or hidden.
-    virtual void showKeyboard(bool /*shown*/) {}
-    // Brings the undo entries of the menus up to date after a command.
+    virtual void showKeyboard(bool shown) = 0;
+    // Brings the undo entries of the menus up to date after a command; only
+    // a window has entries to bring up to date.
     virtual void CmeN() {}
 };
 

@@ -10,8 +10,16 @@ TypingProcedures::~TypingProcedures() = default;
 
 namespace {
 
-// Stands in for the window until it plugs its own procedures in.
-class NoProcedures final : public TypingProcedures {};
+// Stands in for the window until it plugs its own procedures in: keys
+// pressed before then reach no command.
+class NoProcedures final : public TypingProcedures {
+public:
+    void CopYa() override {}
+    void AntEP() override {}
+    void showForm1() override {}
+    void INco(const QString&) override {}
+    void TaGl() override {}
+};
 
 NoProcedures& noProcedures()
 {

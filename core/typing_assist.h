@@ -17,18 +17,20 @@
 
 namespace tornelia {
 
-// The procedures the keys reach that live elsewhere: the window fills them
-// in. Until it does, each does nothing.
+// The procedures the keys reach that live elsewhere. The commands have no
+// body here: whoever plugs in (the window, the command line) must give each
+// a real one. The hooks below them only keep a window's controls in step
+// with the text, so where there is no window they have nothing to do.
 class TypingProcedures {
 public:
     virtual ~TypingProcedures() = 0;
 
     // --- Control with a letter ---
-    virtual void CopYa() {}
-    virtual void AntEP() {}
-    virtual void showForm1() {}  // the line inserter, modal
-    virtual void INco(const QString& /*how*/) {}
-    virtual void TaGl() {}
+    virtual void CopYa() = 0;
+    virtual void AntEP() = 0;
+    virtual void showForm1() = 0;  // the line inserter, modal
+    virtual void INco(const QString& how) = 0;
+    virtual void TaGl() = 0;
 
     // The formatting controls follow the caret.
     virtual void aggText() {}

@@ -9,7 +9,9 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 
 namespace {
 
@@ -103,6 +105,48 @@ TEST_F(CommandLineTest, MacroWritesBackOnlyWhatChanged)
     EXPECT_EQ(read("doc.txt"), "uno due");
     EXPECT_EQ(run({"--run-macro", "cambia.mac", "doc.txt"}), (Result{0, "", ""}));
     EXPECT_EQ(read("doc.txt"), "tre due");
+}
+
+// The runs of a document as "text:bi" pieces, from the program's own dump.
+std::string runsOf(const Result& dump)
+{
+    std::string out;
+    const QJsonDocument json = QJsonDocument::fromJson(QByteArray::fromStdString(dump.out));
+    for (const auto& paragraph : json["paragraphs"].toArray())
+        for (const auto& run : paragraph.toObject()["runs"].toArray()) {
+            const QJsonObject r = run.toObject();
+            const std::string looks = std::string(r["bold"].toBool() ? "b" : "") + (r["italic"].toBool() ? "i" : "");
+            out += '[' + r["text"].toString().toStdString() + (looks.empty() ? "" : ":" + looks) + ']';
+        }
+    return out;
+}
+
+// The clipboard commands of a macro work with no window, through the
+// process's own clipboard and undo store, in the same three paste modes as
+// the window's menu.
+TEST_F(CommandLineTest, MacroCopiesCutsAndPastesWithTheirFormats)
+{
+    write("doc.rtf", "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fswiss Tahoma;}}\\f0\\fs20 \\b Ci\\i ao\\b0\\i0  a "
+                     "\\i tutti\\i0\\par}");
+    const std::pair<const char*, const char*> cases[] = {
+        {"sst(0)\nsel(5)\ncopy()\nsst(10)\npaste()\n", "[Ci:b][ao:bi][ a ][tut:i][Ci:b][ao:bi][ ][ti:i]"},
+        // Keeping the original formats is the plain paste again.
+        {"sst(0)\nsel(5)\ncopy()\nsst(10)\npaste(0)\n", "[Ci:b][ao:bi][ a ][tut:i][Ci:b][ao:bi][ ][ti:i]"},
+        // The formats of the place it lands in: the italic of "tutti".
+        {"sst(0)\nsel(4)\ncopy()\nsst(10)\npaste(1)\n", "[Ci:b][ao:bi][ a ][tut:i][Ciao:i][ti:i]"},
+        // The text alone takes the formats around it too.
+        {"sst(0)\nsel(4)\ncopy()\nsst(10)\npaste(2)\n", "[Ci:b][ao:bi][ a ][tutCiaoti:i]"},
+        // Cut moves the word; undo takes the paste back, and redo does it again.
+        {"sst(0)\nsel(5)\ncut()\nsst(2)\npaste()\n", "[a ][Ci:b][ao:bi][ ][tutti:i]"},
+        {"sst(0)\nsel(5)\ncut()\nsst(2)\npaste()\nundo()\n", "[a ][tutti:i]"},
+        // Undo and redo of a paste.
+        {"sst(0)\nsel(2)\ncopy()\nsst(5)\npaste()\nundo()\nredo()\n", "[Ci:b][ao:bi][ ][Ci:b][a ][tutti:i]"},
+    };
+    for (const auto& [macro, runs] : cases) {
+        write("m.mac", macro);
+        EXPECT_EQ(run({"--run-macro", "m.mac", "doc.rtf", "-o", "out.rtf"}), (Result{0, "", ""})) << macro;
+        EXPECT_EQ(runsOf(run({"--dump-runs", "out.rtf"})), runs) << macro;
+    }
 }
 
 // A file that is missing or cannot be written ends with one line and code

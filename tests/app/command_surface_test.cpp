@@ -299,7 +299,7 @@ TEST(CommandSurfaceTest, ToolbarsHoldTheirButtonsAtTheirIndexes)
             }
             a->setEnabled(true);
             a->trigger();
-            bars[bar] << QString::number(i) + " " + a->toolTip() + " = " + w.calls.join(", ");
+            bars[bar] << QString::number(i) + " " + a->text() + " = " + w.calls.join(", ");
         }
     }
     EXPECT_EQ(bars[0], (QStringList{

@@ -1,5 +1,6 @@
 // The windows a command shows, as the main window opens them through the
 // registry, and what the ones with a document to act on do to it.
+#include "app/command_line_procedures.h"
 #include "app/frm_recuper.h"
 #include "app/window_registry.h"
 #include "core/autosave.h"
@@ -32,7 +33,7 @@ protected:
 
     TestContext t;
     QWidget owner;
-    MainProcedures procedures;
+    CommandLineProcedures procedures{t.context->testo(), t.context->undo()};
     WindowRegistry registry;
     const WindowHost host{*t.context, &owner, procedures};
 };

@@ -55,6 +55,17 @@ public:
         t_.Paste();
     }
     void CopYa() override { t_.Copy(); }
+    // The windows reach only the two above.
+    void TaGl() override {}
+    void AntEP() override {}
+    void showForm1() override {}
+    void showWindow(Window) override {}
+    void StaMpa() override {}
+    void PaRImM() override {}
+    void CpAr() override {}
+    void MaIL(const QString&) override {}
+    void InSFilE() override {}
+    void showKeyboard(bool) override {}
     QStringList modes;
 
 private:

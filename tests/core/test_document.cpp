@@ -142,11 +142,10 @@ protected:
     void typeAtEnd(const QString& text) { testo.setSelStart(testo.length()); testo.typeText(text); }
 };
 
-// Novo asks only about a change. "an" keeps everything; "no" gives a new,
-// unchanged document and leaves the file alone; "si" saves, then clears
-// with the name and saved length of the file kept, so that a later plain
-// save writes the empty text over that file. An open goes on whatever the
-// answer, even "an", and then keeps the undo steps.
+// Novo asks only about a change. "an" keeps everything, and an open asked
+// for stops there too; "no" gives a new, unchanged document and leaves the
+// file alone; "si" saves, then clears to a new "Documento 1", so a later
+// plain save cannot write the empty text over the file just saved.
 TEST_F(DocumentTest, NovoAndApriiAskOnlyAboutAChangeAndFollowTheAnswer)
 {
     auto format = [this] {
@@ -165,27 +164,32 @@ TEST_F(DocumentTest, NovoAndApriiAskOnlyAboutAChangeAndFollowTheAnswer)
     const std::string reopened = opened("due", "altra.txt");
     const QByteArray before = "Cara zia", after = encodePlainText("Cara zia, ciao");
     struct Case { const char* answer; bool open; std::string seen; QByteArray bytes; };
-    for (const Case& c : {Case{"an", true, reopened, before}, Case{"no", true, reopened, before},
+    const std::string kept = "Cara zia, ciao | " + named + "Documento aperto: @/lettera.txt | changed";
+    for (const Case& c : {Case{"an", true, kept, before}, Case{"no", true, reopened, before},
                           Case{"si", true, reopened, after},
-                          Case{"an", false, "Cara zia, ciao | " + named + "Documento aperto: @/lettera.txt | changed",
-                               before},
+                          Case{"an", false, kept, before},
                           Case{"no", false, " | Documento 1 | @/lettera.txt | Tornelia - Documento 1 | "
                                             "Nessun documento salvato | saved", before},
-                          Case{"si", false, " | " + named + "Nessun documento salvato | changed", after}}) {
+                          Case{"si", false, " | Documento 1 | @/lettera.txt | Tornelia - Documento 1 | "
+                                            "Nessun documento salvato | saved", after}}) {
         openClean(put("lettera.txt", "Cara zia"));
         typeAtEnd(", ciao");
         fake.answers = {c.answer};
-        c.open ? doc.Aprii(other) : doc.Novo(0);
+        if (c.open)
+            doc.Aprii(other);
+        else
+            doc.Novo(0);
         EXPECT_EQ(std::tuple(fake.shown, seen(), bytesOf(file), fake.count("undo")),
                   std::tuple(Log{kNuovo}, c.seen, c.bytes, int(c.answer != std::string("an"))));
     }
+    // The plain save of the new document asks for a name; the file just
+    // saved keeps its text.
     doc.Salvare("");
-    EXPECT_EQ(bytesOf(file), "");
+    EXPECT_EQ(bytesOf(file), after);
 
-    // Only the length tells a change: a format, or a word of the same
-    // length, asks nothing. The saved length stays, so the empty document
-    // counts as changed until it is saved. The typing format starts plain,
-    // in the settings' font.
+    // A format, or a word of the same length, is a change too and is asked
+    // about. The typing format of the new document starts plain, in the
+    // settings' font.
     settings.scriviReg("", "Font", "1", "Courier New");
     settings.scriviReg("", "Font", "2", "14");
     openClean(put("nota.txt", "Cara zia"));
@@ -193,8 +197,11 @@ TEST_F(DocumentTest, NovoAndApriiAskOnlyAboutAChangeAndFollowTheAnswer)
     testo.setSelLength(4);
     testo.setSelBold(true);
     testo.setSelText("Buon");
+    fake.shown.clear();
+    fake.answers = {"no"};
     doc.Novo(0);
-    EXPECT_EQ(seen(), " | Documento 1 | @/nota.txt | Tornelia - Documento 1 | Nessun documento salvato | changed");
+    EXPECT_EQ(fake.shown, Log{kNuovo});
+    EXPECT_EQ(seen(), " | Documento 1 | @/nota.txt | Tornelia - Documento 1 | Nessun documento salvato | saved");
     EXPECT_EQ(formats << format(), (QStringList{"Tahoma 10 off off off off 0", "Courier New 14 off off off off 0"}));
 }
 
@@ -366,3 +373,41 @@ TEST_F(DocumentTest, DeleteAndPropertiesNeedAnExistingFile)
 }
 
 }  // namespace
+
+namespace tornelia {
+namespace {
+
+// A path that is no readable file, opened from "Apri" or from the recent
+// list, is told to the person in words of its own, leaves the document as a
+// new empty one and never goes on the recent list.
+TEST_F(DocumentTest, WhatCannotBeReadIsToldAndNotRemembered)
+{
+    QDir(dir.path()).mkdir("cartella");
+    const QString locked = put("chiuso.txt", "segreto");
+    QFile::setPermissions(locked, QFileDevice::Permissions());
+    const bool rootReadsAnything = QFile(locked).open(QIODevice::ReadOnly);
+    struct Case { QString path; std::string said; };
+    std::vector<Case> cases{
+        {path("cartella"), "Il percorso scelto è una cartella, non un file! | 0 | 3"},
+        {"/dev/null", "Il percorso scelto non è un documento! | 0 | 3"},
+    };
+    if (!rootReadsAnything)
+        cases.push_back({locked, "Impossibile leggere il file: accesso negato! | 0 | 3"});
+    for (const Case& c : cases) {
+        for (const bool fromRecent : {false, true}) {
+            recent.clear();
+            fake.shown.clear();
+            if (fromRecent)
+                doc.RecENt(c.path);
+            else
+                doc.Aprii(c.path);
+            const std::string title = fromRecent ? "Apri file recente | " : "Apri file | ";
+            EXPECT_EQ(std::tuple(fake.shown, recent.size(), doc.nomeFile.toStdString()),
+                      std::tuple(Log{title + c.said}, qsizetype(0), std::string("Documento 1")))
+                << c.path.toStdString();
+        }
+    }
+}
+
+}  // namespace
+}  // namespace tornelia

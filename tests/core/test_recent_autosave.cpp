@@ -211,25 +211,32 @@ TEST_F(AutoSaveTest, SavesANamelessDocumentAtTheLimitAndStaysChanged)
     EXPECT_TRUE(readAll(temp("documento 1.rtf")).contains("secondo"));
 }
 
-TEST_F(AutoSaveTest, AMissedLimitIsNotTriedAgain)
+// A document unchanged at the limit, or the button up then, does not end
+// autosave: the count starts again and the next limit saves the change.
+TEST_F(AutoSaveTest, AMissedLimitStartsTheCountAgain)
 {
     settings.scriviReg(kApp, "Salva", "0", "1");
     save.caricaIntervallo();
     testo.setText("fermo");
-    doc.lenSalvata = float(testo.length());  // unchanged at the limit
+    doc.segnaSalvato();  // unchanged at the limit
     ticks(60);
+    EXPECT_EQ(save.contatore(), 0);
+    EXPECT_FALSE(QFile::exists(temp("documento 1.rtf")));
     changed("cambiato dopo");
-    ticks(600);
-    EXPECT_EQ(save.contatore(), 660);
-    EXPECT_FALSE(QDir(save.tempFolder()).exists() && QFile::exists(temp("documento 1.rtf")));
+    ticks(59);
+    EXPECT_FALSE(QFile::exists(temp("documento 1.rtf")));
+    ticks(1);
+    EXPECT_TRUE(readAll(temp("documento 1.rtf")).contains("cambiato dopo"));
 
-    // Likewise with the toolbar button up.
+    QFile::remove(temp("documento 1.rtf"));
     save.caricaIntervallo();
     save.setAttivo(false);
-    ticks(60);
-    save.setAttivo(true);
+    changed("con il pulsante su");
     ticks(60);
     EXPECT_FALSE(QFile::exists(temp("documento 1.rtf")));
+    save.setAttivo(true);
+    ticks(60);
+    EXPECT_TRUE(readAll(temp("documento 1.rtf")).contains("con il pulsante su"));
 }
 
 TEST_F(AutoSaveTest, ADocumentWithAFileIsSavedOverItByItsExtension)
@@ -237,14 +244,14 @@ TEST_F(AutoSaveTest, ADocumentWithAFileIsSavedOverItByItsExtension)
     settings.scriviReg(kApp, "Salva", "0", "2");
     save.caricaIntervallo();
     for (const auto& [name, rtf] : std::vector<std::pair<QString, bool>>{
-             {"lettera.RTF", true}, {"lettera.tnl", false}, {"note.txt", false}}) {
+             {"lettera.RTF", true}, {"lettera.tnl", true}, {"note.txt", false}}) {
         const QString path = dir.filePath(name);
         changed("Testo di " + name);
         testo.recordFileName(path);
         doc.nomeFile = path;
         ticks(120);
         const QByteArray written = readAll(path);
-        // A .tnl goes out as plain text here, unlike a real save.
+        // A .tnl keeps its formats, as in a real save.
         EXPECT_EQ(written.startsWith("{\\rtf1"), rtf) << name.toStdString();
         EXPECT_TRUE(written.contains(("Testo di " + name).toUtf8())) << name.toStdString();
     }

@@ -34,6 +34,7 @@ class RecordingProcedures final : public MainProcedures {
 public:
     void CopYa() override { calls << QStringLiteral("CopYa"); }
     void AntEP() override { calls << QStringLiteral("AntEP"); }
+    void showForm1() override { calls << QStringLiteral("showForm1"); }
     void INco(const QString& how) override { calls << QStringLiteral("INco:") + how; }
     void TaGl() override { calls << QStringLiteral("TaGl"); }
     void showWindow(Window w) override { calls << QStringLiteral("show:") + QString::number(int(w)); }
