@@ -101,15 +101,21 @@ void SpellMarks::contentsChange(int pos, int removed, int added)
         if (to > pos)
             to = std::max(pos, to + delta);
     }
-    queue_.push_back({pos, pos + added});
-    if (added > kLargeChange) {
+    if (added > kLargeChange || removed > kLargeChange) {
+        queue_.push_back({pos, pos + added});
         visibleFirst_ = true;
         typingAt_ = -1;
-    } else {
-        // Typing: the word that ends at the caret is not finished yet.
-        typingAt_ = pos + added;
+        schedule();
+        return;
     }
-    schedule();
+    // Typing: the word that ends at the caret is not finished yet.
+    typingAt_ = pos + added;
+    // The paragraph is checked now, before the layout takes in the change:
+    // its marks then move with the text in the same layout pass, where a
+    // later check would lay the paragraph out a second time.
+    QTextDocument* doc = testo_.document();
+    for (QTextBlock b = doc->findBlock(pos); b.isValid() && b.position() <= pos + added; b = b.next())
+        checkBlock(b);
 }
 
 void SpellMarks::caretMoved()

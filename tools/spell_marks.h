@@ -5,9 +5,10 @@
 // highlighter colours text: they are drawn by the view but are not part of
 // the document, so the text, its RTF and the undo steps never see them.
 //
-// Work is done from the event loop in short slices: a keystroke only queues
-// its paragraph; a newly opened document is checked from the part on screen
-// onwards.
+// A keystroke has its paragraph checked at once, in the same layout pass as
+// the typed letter (a paragraph is a few hundred words looked up in a cache);
+// a newly opened or pasted document is checked from the event loop in short
+// slices, from the part on screen onwards.
 
 #include "core/rich_text_surface.h"
 #include "core/settings.h"
