@@ -316,7 +316,10 @@ int MainLayout::layoutPass()
     if (rulerShown)
         in.rulerHeight = rul_->sizeHint().height();
     if (w_.clip && !w_.clip->isHidden())
-        in.clipWidth = w_.clip->width() >= 20 ? w_.clip->width() : w_.clip->sizeHint().width();
+        // The panel's wanted width when it tells one, not its present one: a
+        // pass in a small window narrows it, and it widens again as the
+        // window grows.
+        in.clipWidth = w_.clip->sizeHint().width() >= 20 ? w_.clip->sizeHint().width() : w_.clip->width();
     const LayoutPlan plan = planLayout(in);
 
     int set = 0;
@@ -345,6 +348,15 @@ void MainLayout::followPageOrigin()
 
 void MainLayout::moVCliP()
 {
+    layoutPass();
+}
+
+void MainLayout::setClipPanel(QWidget* clip, QWidget* separator)
+{
+    w_.clip = clip;
+    w_.separator = separator;
+    if (clip)
+        clip->installEventFilter(this);
     layoutPass();
 }
 

@@ -113,6 +113,10 @@ public:
     int layoutPass();
     // The clipboard panel after a toolbar or the ruler was shown or hidden.
     void moVCliP();
+    // The clipboard panel and its splitter, made when first shown; both are
+    // children of area().
+    void setClipPanel(QWidget* clip, QWidget* separator);
+    QWidget* area() const { return w_.area; }
     // Runs the zoom of the level shown: the view's scale, then the page width.
     void zoomToLevel(const QString& livelloZoom);
 

@@ -805,8 +805,9 @@ void MainWindow::Form_Load(const QString& commandLine, const std::function<void(
     step([&] { ctx_.document().Novo(0); });
     step([&] { ctx_.openAtStart(commandLine); });
     step([&] {
-        // The clipboard panel itself comes with its own feature.
-        action(QStringLiteral("mnuAppunti"))->setChecked(logic_.clipboardPanelShown());
+        // The clipboard panel comes back as it was left.
+        if (!runFeature(Feature::appunti, QStringLiteral("avvio")))
+            action(QStringLiteral("mnuAppunti"))->setChecked(logic_.clipboardPanelShown());
     });
     step([&] {
         aggText();
@@ -1152,21 +1153,31 @@ void MainWindow::RedOO()
     ctx_.undo().RedOO();
 }
 
+// The clipboard panel, when there is one, records each copy and paste at once.
+void MainWindow::refreshClipboardPanel()
+{
+    if (QWidget* clip = findChild<QWidget*>(QStringLiteral("Clip")))
+        QMetaObject::invokeMethod(clip, "Aggiorna");
+}
+
 // The clipboard commands go through the surface, whose clipboard carries RTF.
 void MainWindow::CopYa()
 {
     ctx_.testo().Copy();
+    refreshClipboardPanel();
 }
 
 void MainWindow::copiaSoloTesto()
 {
     logic_.copiaSoloTesto();
+    refreshClipboardPanel();
 }
 
 void MainWindow::INco(const QString& how)
 {
     logic_.INco(how);
     aggText();
+    refreshClipboardPanel();
 }
 
 void MainWindow::TaGl()

@@ -103,6 +103,7 @@ public:
     void CopYa() override;
     virtual void copiaSoloTesto();
     void INco(const QString& how) override;
+    void refreshClipboardPanel();
     void TaGl() override;
     virtual void DeleteSelectedText();
     // Shows or hides the clipboard panel.

@@ -23,6 +23,9 @@ void registerAppWindows(WindowRegistry& registry)
         w->setAttribute(Qt::WA_DeleteOnClose);
         w->setWindowModality(Qt::ApplicationModal);
         w->exec();
+        // The clipboard panel takes its page of the options at once.
+        if (QWidget* clip = host.owner ? host.owner->findChild<QWidget*>(QStringLiteral("Clip")) : nullptr)
+            QMetaObject::invokeMethod(clip, "rileggiOpzioni");
     });
     registry.add(Window::frmCor, [](const WindowHost& host) {
         auto* w = new FrmCor(host.context.settings(), host.owner);

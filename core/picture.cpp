@@ -119,20 +119,37 @@ QByteArray pictureGroup(const QTextDocument& doc, const QTextImageFormat& f)
     const QImage image = doc.resource(QTextDocument::ImageResource, QUrl(f.name())).value<QImage>();
     if (image.isNull())
         return {};
+    const int wTwips = f.width() > 0 ? int(f.width() * 15) : image.width() * 15;
+    const int hTwips = f.height() > 0 ? int(f.height() * 15) : image.height() * 15;
+    return pngPictureGroup(image, QSize(wTwips, hTwips));
+}
+
+QByteArray pngPictureGroup(const QImage& image, QSize goalTwips)
+{
+    if (image.isNull())
+        return {};
+    if (goalTwips.isEmpty())
+        goalTwips = image.size() * 15;
     QByteArray png;
     QBuffer buffer(&png);
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, "PNG");
-    const int wTwips = f.width() > 0 ? int(f.width() * 15) : image.width() * 15;
-    const int hTwips = f.height() > 0 ? int(f.height() * 15) : image.height() * 15;
     QByteArray out = "{\\pict\\pngblip\\picw" + QByteArray::number(image.width()) + "\\pich" +
-                     QByteArray::number(image.height()) + "\\picwgoal" + QByteArray::number(wTwips) +
-                     "\\pichgoal" + QByteArray::number(hTwips) + "\r\n";
+                     QByteArray::number(image.height()) + "\\picwgoal" + QByteArray::number(goalTwips.width()) +
+                     "\\pichgoal" + QByteArray::number(goalTwips.height()) + "\r\n";
     const QByteArray hex = png.toHex();
     for (qsizetype i = 0; i < hex.size(); i += 128)
         out += hex.mid(i, 128) + "\r\n";
     out += "}";
     return out;
+}
+
+QString pictureRtf(const QImage& image)
+{
+    const QByteArray group = pngPictureGroup(image);
+    if (group.isEmpty())
+        return {};
+    return QString::fromLatin1("{\\rtf1\\ansi " + group + "}");
 }
 
 }  // namespace tornelia

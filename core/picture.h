@@ -26,4 +26,10 @@ void setPictureFormat(QTextDocument& doc, QTextImageFormat& f, const QByteArray&
 // from its image.
 QByteArray pictureGroup(const QTextDocument& doc, const QTextImageFormat& f);
 
+// A PNG picture group for an image, shown at goalTwips (the image's own size
+// at 96 dpi when empty). Empty for a null image.
+QByteArray pngPictureGroup(const QImage& image, QSize goalTwips = QSize());
+// A whole RTF document holding only that picture, ready for SelRTF.
+QString pictureRtf(const QImage& image);
+
 }  // namespace tornelia

@@ -1,6 +1,7 @@
 #include "core/rich_text_surface.h"
 
 #include "core/codepage.h"
+#include "core/picture.h"
 #include "core/rtf_reader.h"
 #include "core/rtf_writer.h"
 #include "core/text_format.h"
@@ -901,6 +902,15 @@ void RichTextSurface::Paste()
     for (const char* type : {"text/rtf", "application/rtf", "text/richtext"}) {
         if (mime->hasFormat(QLatin1String(type))) {
             setSelRTF(QString::fromLatin1(mime->data(QLatin1String(type))));
+            return;
+        }
+    }
+    // A picture copied in another program comes in as a picture of the
+    // document, so that it is saved with it.
+    if (mime->hasImage()) {
+        const QImage image = qvariant_cast<QImage>(mime->imageData());
+        if (!image.isNull()) {
+            setSelRTF(pictureRtf(image));
             return;
         }
     }
