@@ -555,8 +555,14 @@ void EditorView::rewrap()
     // Zoom is the view's scale: the text wraps at the window's width whatever
     // the zoom, and the line breaks do not move as the zoom changes. On the
     // page the width is the paper's, so lines break as they will print.
+    // Before the window first shows, the viewport has a placeholder size a
+    // few pixels wide: a document opened at the start would be laid out a
+    // word or a letter to a line, which for a long document takes minutes.
+    // Until then the text does not wrap; the first resize wraps it.
+    const bool placeholder = !page_ && !testAttribute(Qt::WA_WState_Visible) && !isVisible();
     const qreal width = page_ ? std::max<qreal>(1.0, std::floor(pixelsOfTwips(page_->textWidth)))
-                              : std::max<qreal>(1.0, std::floor(viewport()->width() / zoom_) - 1);
+                        : placeholder ? -1
+                                      : std::max<qreal>(1.0, std::floor(viewport()->width() / zoom_) - 1);
     if (surface_.textWidth() != width)
         surface_.setTextWidth(width);
     if (item_->textWidth() != width)

@@ -110,7 +110,7 @@ TEST_F(WindowRegistryTest, EachWindowOpensOnceUnderTheMainWindow)
         "frmRecuper frmRecuper 'Recupero documenti' shown deleted on close",
         "frmInc frmInc 'Incolla speciale' shown deleted on close",
         "frmApp frmApp 'Visualizzatore appunti' shown deleted on close",
-        "frmZip -",
+        "frmZip frmZip 'Compressione documento' shown deleted on close",
         "frmPreview frmPreview 'Anteprima di stampa' shown deleted on close",
     };
     EXPECT_EQ(seen.join("\n").toStdString(), expected.join("\n").toStdString());
