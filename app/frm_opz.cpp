@@ -1,5 +1,8 @@
 #include "app/frm_opz.h"
 
+#include "tools/spell_checker.h"
+#include "tools/spell_marks.h"
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
@@ -92,6 +95,8 @@ Opzioni Opzioni::leggi(const SettingsStore& s)
     o.toolbarFormattazione = shown(s.leggiReg(kApp, QStringLiteral("Toolbar 2"), QStringLiteral("1")));
     o.tastiera = s.leggiReg(kApp, QStringLiteral("Tast"), QStringLiteral("1")) == QLatin1String("True");
     o.finestraAvvio = s.leggiReg(kApp, QStringLiteral("Load"), QStringLiteral("1")) == QLatin1String("1");
+    o.linguaCorrettore = spellLanguageSetting(s);
+    o.ortografiaDigitazione = spellWhileTypingSetting(s);
     return o;
 }
 
@@ -111,6 +116,8 @@ void Opzioni::scrivi(SettingsStore& s) const
     s.scriviReg(kApp, QStringLiteral("Tast"), QStringLiteral("1"),
                 tastiera ? QStringLiteral("True") : QStringLiteral("False"));
     s.scriviReg(kApp, QStringLiteral("Load"), QStringLiteral("1"), flag(finestraAvvio));
+    setSpellLanguageSetting(s, linguaCorrettore);
+    setSpellWhileTypingSetting(s, ortografiaDigitazione);
 }
 
 // --- the window --------------------------------------------------------------
@@ -127,6 +134,7 @@ FrmOpz::FrmOpz(SettingsStore& settings, DialogPort& dialogs, MessagePort& messag
     tabs_->addTab(buildRecenti(), QStringLiteral("File recenti"));
     tabs_->addTab(buildCarattere(), QStringLiteral("Carattere"));
     tabs_->addTab(buildApriSalva(), QStringLiteral("Apri e salva"));
+    tabs_->addTab(buildOrtografia(), QStringLiteral("Ortografia"));
 
     salva_ = new QPushButton(QStringLiteral("Salva modifiche"), this);
     salva_->setDefault(true);
@@ -272,6 +280,26 @@ QWidget* FrmOpz::buildVarie()
     return page;
 }
 
+QWidget* FrmOpz::buildOrtografia()
+{
+    auto* page = new QWidget;
+    auto* layout = new QVBoxLayout(page);
+    ortografia_ = new QCheckBox(QStringLiteral("Controlla ortografia durante la digitazione"), page);
+    layout->addWidget(ortografia_);
+    auto* row = new QHBoxLayout;
+    auto* label = new QLabel(QStringLiteral("Lingua del correttore"), page);
+    lingua_ = new QComboBox(page);
+    lingua_->setObjectName(QStringLiteral("cmbLinguaCorrettore"));
+    label->setBuddy(lingua_);
+    for (const QString& code : SpellChecker::installedLanguages())
+        lingua_->addItem(SpellChecker::languageName(code), code);
+    row->addWidget(label);
+    row->addWidget(lingua_, 1);
+    layout->addLayout(row);
+    layout->addStretch(1);
+    return page;
+}
+
 QWidget* FrmOpz::buildRecenti()
 {
     auto* page = new QWidget;
@@ -342,6 +370,11 @@ void FrmOpz::mostra(const Opzioni& o)
     pick(CmbMnu_, o.stileMenu);
     toolbar1_->setChecked(o.toolbarStandard);
     toolbar2_->setChecked(o.toolbarFormattazione);
+    ortografia_->setChecked(o.ortografiaDigitazione);
+    // A language whose dictionary went away is kept, not lost at the next save.
+    if (lingua_->findData(o.linguaCorrettore) < 0)
+        lingua_->addItem(o.linguaCorrettore, o.linguaCorrettore);
+    lingua_->setCurrentIndex(lingua_->findData(o.linguaCorrettore));
     tastiera_->setChecked(o.tastiera);
     avvio_->setChecked(o.finestraAvvio);
 }
@@ -363,12 +396,19 @@ Opzioni FrmOpz::valori() const
     o.toolbarFormattazione = toolbar2_->isChecked();
     o.tastiera = tastiera_->isChecked();
     o.finestraAvvio = avvio_->isChecked();
+    if (lingua_->currentIndex() >= 0)
+        o.linguaCorrettore = lingua_->currentData().toString();
+    o.ortografiaDigitazione = ortografia_->isChecked();
     return o;
 }
 
 void FrmOpz::salvaModifiche()
 {
     valori().scrivi(settings_);
+    // The marks in the document follow the new language and switch at once.
+    if (parentWidget())
+        for (auto* spelling : parentWidget()->findChildren<SpellingSession*>())
+            spelling->reloadSettings();
     accept();
 }
 

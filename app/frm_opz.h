@@ -38,6 +38,8 @@ struct Opzioni {
     bool toolbarFormattazione = true;
     bool tastiera = false;
     bool finestraAvvio = false;
+    QString linguaCorrettore = QStringLiteral("it_IT");
+    bool ortografiaDigitazione = true;
 
     bool operator==(const Opzioni&) const = default;
 
@@ -75,6 +77,7 @@ private:
     QWidget* buildAppunti();
     QWidget* buildVarie();
     QWidget* buildRecenti();
+    QWidget* buildOrtografia();
     void showFont();
     void salvaModifiche();
 
@@ -104,6 +107,8 @@ private:
     QCheckBox* tastiera_ = nullptr;
     QCheckBox* avvio_ = nullptr;
     QPushButton* clearRecent_ = nullptr;
+    QComboBox* lingua_ = nullptr;
+    QCheckBox* ortografia_ = nullptr;
     QPushButton* associa_ = nullptr;
     QPushButton* salva_ = nullptr;
     QPushButton* annulla_ = nullptr;

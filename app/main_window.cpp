@@ -3,6 +3,7 @@
 #include "app/command_table.h"
 #include "app/frm_av.h"
 #include "app/main_layout.h"
+#include "app/wiring_tools.h"
 #include "controls/cmb.h"
 #include "controls/editor_view.h"
 #include "controls/form_tast.h"
@@ -110,6 +111,7 @@ MainWindow::MainWindow(AppContext& context, QWidget* parent)
     column->addWidget(area, 1);
     editor_ = new EditorView(ctx_.testo(), area);
     editor_->setObjectName(QStringLiteral("Testo"));
+    spellingSession(ctx_, this);  // the marks of misspelled words start with the view
     kb_ = new FormTast(ctx_.testo(), central);
     kb_->setObjectName(QStringLiteral("FormTast"));
     kb_->hide();
@@ -773,6 +775,7 @@ void MainWindow::onMouseDown(int button)
     }
     for (const char* name : {"mnumnEsegui", "mnumnTaglia", "mnumnCopia", "mnuSpcFormattazione"})
         action(QString::fromLatin1(name))->setEnabled(s.selectionCommands);
+    prepareSpellingMenu(ctx_, this, popups_.value(QStringLiteral("mnu")), QCursor::pos());
     popups_.value(QStringLiteral("mnu"))->popup(QCursor::pos());
 }
 

@@ -1,5 +1,9 @@
 #include "app/app_context.h"
 #include "app/window_registry.h"
+#include "app/wiring_tools.h"
+#include "controls/editor_view.h"
+#include "tools/frm_spell.h"
+#include "tools/spell_marks.h"
 #include "tools/frm_htm.h"
 #include "tools/frm_st.h"
 #include "tools/frm_cic.h"
@@ -9,10 +13,35 @@
 #include "tools/frm_mai.h"
 #include "tools/frm_time_date.h"
 
+#include <QDir>
+#include <QMenu>
+
 namespace tornelia {
+
+SpellingSession& spellingSession(AppContext& context, QWidget* owner)
+{
+    if (auto* found = owner->findChild<SpellingSession*>(QString(), Qt::FindDirectChildrenOnly))
+        return *found;
+    const QString personal = QDir(context.dataFolder()).filePath(kPersonalWordsFile);
+    return *new SpellingSession(context.testo(), context.undo(), context.settings(), context.messages(),
+                                owner->findChild<EditorView*>(), personal, owner);
+}
+
+void prepareSpellingMenu(AppContext& context, QWidget* owner, QMenu* menu, const QPoint& global)
+{
+    SpellingSession& s = spellingSession(context, owner);
+    int pos = s.docPosAtGlobal(global);
+    // From the keyboard's menu key the mouse may be anywhere: the caret decides.
+    if (pos < 0)
+        pos = context.testo().cursor().position();
+    s.prepareMenu(menu, pos);
+}
 
 void registerToolsWindows(WindowRegistry& registry)
 {
+    auto spelling = [](const WindowHost& h) { showFrmSpell(spellingSession(h.context, h.owner), h.owner); };
+    registry.add(Window::frmSpell, spelling);
+    registry.addFeature(Feature::CorrEzionE, [spelling](const WindowHost& h, const QString&) { spelling(h); });
     registry.add(Window::frmMai, [](const WindowHost& h) { showFrmMai(h.context.testo(), &h.context.undo(), h.owner); });
     registry.add(Window::frmGoTo, [](const WindowHost& h) { showFrmGoTo(h.context.testo(), h.context.messages(), h.owner); });
     registry.add(Window::frmTimeDate, [](const WindowHost& h) { showFrmTimeDate(h.context.testo(), &h.context.undo(), h.owner); });
