@@ -19,6 +19,7 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QCoreApplication>
@@ -1289,6 +1290,7 @@ void MainWindow::paragrafoPuntato()
 
 void MainWindow::nessunPuntato()
 {
+    bulletPicture_ = QImage();
     if (ctx_.testo().SelBullet().value_or(true))
         logic_.toggleBullet();
     aggText();
@@ -1456,6 +1458,16 @@ void MainWindow::StaMpa()
 void MainWindow::PaRImM()
 {
     runFeature(Feature::PaRImM);
+}
+
+void MainWindow::setBulletPicture(const QImage& picture)
+{
+    bulletPicture_ = picture;
+}
+
+void MainWindow::copyBulletPicture()
+{
+    QGuiApplication::clipboard()->setImage(bulletPicture_);
 }
 
 void MainWindow::MaIL(const QString& address)

@@ -7,6 +7,8 @@
 
 #include "core/typing_assist.h"
 
+#include <QImage>
+
 #include <QString>
 
 namespace tornelia {
@@ -53,6 +55,9 @@ public:
     virtual void StaMpa() {}
     // The picture bullet of the current paragraph.
     virtual void PaRImM() {}
+    // The bullet picture chosen for the paragraphs (null turns the picture
+    // bullets off): each new line then starts with a copy of it.
+    virtual void setBulletPicture(const QImage& /*picture*/) {}
     // The word count window.
     virtual void CpAr() {}
     virtual void MaIL(const QString& /*address*/) {}
