@@ -77,6 +77,10 @@ protected:
                 return false;
             if (text.size() == 1 && text.at(0) >= u'0' && text.at(0) <= u'9')
                 return false;
+            // Shortcuts (select all, copy, paste) type nothing themselves;
+            // what a paste brings in is checked by the size's own test.
+            if (key->modifiers() & Qt::ControlModifier)
+                return false;
             return true;
         }
         if (event->type() == QEvent::ContextMenu)
