@@ -379,17 +379,22 @@ void FrmIm::command3()
         pastePicture(testo_, undo_, pictureGroupForFile(path), QImage(path));
         return;
     }
-    // A link: a field that names the file, with the picture as its shown
-    // result, so that other programs can follow the link and still show
-    // something when the file is gone.
+    // A link: the document shows the file's picture, and writes a field
+    // that names the file with no picture of its own, so that other
+    // programs load the file itself when they open the document.
     const QByteArray group = pictureGroupForFile(path);
     if (group.isEmpty())
         return;
+    pastePicture(testo_, undo_, group, QImage(path));
     const QByteArray url = QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()).toEncoded();
-    undo_.unDO();
-    testo_.setSelRTF(QString::fromLatin1("{\\rtf1\\ansi {\\field{\\*\\fldinst INCLUDEPICTURE \"" + url +
-                                         "\" \\\\d}{\\fldrslt " + group + "}}}"));
-    undo_.unDO();
+    QTextCursor c(testo_.document());
+    c.setPosition(testo_.cursor().position() - 1);
+    c.setPosition(testo_.cursor().position(), QTextCursor::KeepAnchor);
+    QTextCharFormat f = c.charFormat();
+    if (!f.isImageFormat())
+        return;
+    f.setProperty(prop::RawGroup, QByteArray("{\\field{\\*\\fldinst INCLUDEPICTURE \"" + url + "\" \\\\d}{\\fldrslt }}"));
+    c.setCharFormat(f);
 }
 
 // --- frmImProp ----------------------------------------------------------

@@ -15,6 +15,7 @@
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QUrl>
 
 using namespace tornelia;
 using namespace tornelia::pictures;
@@ -245,4 +246,43 @@ TEST(FrmPar, OffersTheShippedBullets)
     EXPECT_FALSE(p.chosen().isNull());
     EXPECT_LE(p.chosen().width(), 32);
     EXPECT_GE(shippedPictures(QStringLiteral("lines")).size(), 5);
+}
+
+TEST(FrmIm, InsertsALinkThatOtherProgramsFollow)
+{
+    QTemporaryDir dir;
+    const QString png = dir.filePath(QStringLiteral("collegata.png"));
+    ASSERT_TRUE(stripes(90, 30).save(png));
+    Doc d;
+    d.testo.setText(QStringLiteral("Vedi: "));
+    d.testo.setSelStart(6);
+    FrmIm im(d.testo, d.undo, d.dialogs, nullptr);
+    im.immm(png);
+    im.setAsLink(true);
+    im.command3();
+
+    // The view shows the file; the document names it and keeps no copy.
+    selectPicture(d.testo);
+    EXPECT_EQ(selectedPicture(d.testo).size(), QSize(90, 30));
+    const QString saved = dir.filePath(QStringLiteral("link.rtf"));
+    d.testo.SaveFile(saved, RichTextSurface::RtfKind);
+    QFile f(saved);
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    const QByteArray rtf = f.readAll();
+    EXPECT_TRUE(rtf.contains("{\\field{\\*\\fldinst INCLUDEPICTURE \"" + QUrl::fromLocalFile(png).toEncoded() +
+                             "\" \\\\d}{\\fldrslt }}"))
+        << rtf.toStdString();
+    EXPECT_FALSE(rtf.contains("\\pict"));
+
+    const QString soffice = QStandardPaths::findExecutable(QStringLiteral("soffice"));
+    if (soffice.isEmpty())
+        GTEST_SKIP() << "soffice is not installed";
+    QProcess lo;
+    lo.start(soffice, {QStringLiteral("-env:UserInstallation=file://") + dir.filePath(QStringLiteral("profile")),
+                       QStringLiteral("--headless"), QStringLiteral("--convert-to"), QStringLiteral("odt"),
+                       QStringLiteral("--outdir"), dir.path(), saved});
+    ASSERT_TRUE(lo.waitForFinished(180000));
+    const QList<QSizeF> frames = odtFrames(dir.filePath(QStringLiteral("link.odt")));
+    ASSERT_EQ(frames.size(), 1);  // the linked file, once
+    EXPECT_NEAR(frames[0].width(), 90 * 2.54 / 96, 0.02);
 }
