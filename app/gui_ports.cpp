@@ -2,13 +2,13 @@
 
 #include "app/app_context.h"
 #include "colour/colore.h"
+#include "filedialog/frm_cd.h"
 
 #include <QApplication>
 #include <QDateTime>
 #include <QDesktopServices>
 #include <QDialogButtonBox>
 #include <QDir>
-#include <QFileDialog>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QFileInfo>
@@ -185,30 +185,39 @@ QString GuiMessagePort::inputBox(const QString& title, const QString& prompt)
     return ok ? answer : QString();
 }
 
+std::optional<QString> GuiDialogPort::chooseFile(FileChoice choice, const QString& suggestedName)
+{
+    return Apriii(requestFor(choice, settings_, suggestedName), settings_, messages_, dialogParent());
+}
+
 std::optional<QString> GuiDialogPort::openFile(const QString& title, const QStringList& filters)
 {
-    const QString path = QFileDialog::getOpenFileName(dialogParent(), title, QString(), filters.join(QStringLiteral(";;")));
-    if (path.isEmpty())
-        return std::nullopt;
-    return path;
+    CdRequest r;
+    r.mode = CdMode::Apri;
+    r.title = title;
+    r.filters = filtersFromLabels(filters);
+    return Apriii(r, settings_, messages_, dialogParent());
 }
 
 std::optional<QString> GuiDialogPort::saveFile(const QString& title, const QStringList& filters,
                                                const QString& suggestedName)
 {
-    const QString path = QFileDialog::getSaveFileName(dialogParent(), title, suggestedName,
-                                                      filters.join(QStringLiteral(";;")));
-    if (path.isEmpty())
-        return std::nullopt;
-    return path;
+    CdRequest r;
+    r.mode = CdMode::Salva;
+    r.title = title;
+    r.filters = filtersFromLabels(filters);
+    r.suggestedName = suggestedName;
+    return Apriii(r, settings_, messages_, dialogParent());
 }
 
 std::optional<QString> GuiDialogPort::chooseFolder(const QString& title)
 {
-    const QString path = QFileDialog::getExistingDirectory(dialogParent(), title);
-    if (path.isEmpty())
-        return std::nullopt;
-    return path;
+    CdRequest r;
+    r.mode = CdMode::Apri;
+    r.folderMode = true;
+    r.title = title;
+    r.filters = filtersFromLabels({QStringLiteral("Tutti i file (*.*)")});
+    return Apriii(r, settings_, messages_, dialogParent());
 }
 
 std::optional<FontChoice> GuiDialogPort::chooseFont(const FontChoice& initial)

@@ -3,6 +3,7 @@
 // The ports as a person meets them: real dialogs and the desktop.
 
 #include "core/ports.h"
+#include "core/settings.h"
 
 #include <QDialog>
 #include <QString>
@@ -41,14 +42,22 @@ public:
     QString inputBox(const QString& title, const QString& prompt) override;
 };
 
+// Files and folders are chosen in the program's own dialog, frmCD.
 class GuiDialogPort final : public DialogPort {
 public:
+    std::optional<QString> chooseFile(FileChoice choice, const QString& suggestedName = {}) override;
     std::optional<QString> openFile(const QString& title, const QStringList& filters) override;
     std::optional<QString> saveFile(const QString& title, const QStringList& filters,
                                     const QString& suggestedName) override;
     std::optional<QString> chooseFolder(const QString& title) override;
     std::optional<FontChoice> chooseFont(const FontChoice& initial) override;
     std::optional<std::uint32_t> chooseColour(std::uint32_t initial) override;
+
+private:
+    // The same per-user settings the document reads; the dialog keeps its
+    // last folder and view there.
+    SettingsStore settings_;
+    GuiMessagePort messages_;
 };
 
 class GuiShellPort final : public ShellPort {

@@ -2,8 +2,9 @@
 
 namespace tornelia {
 
-// The filedialog folder's windows and procedures join the registry here; until one
-// is added, the commands that reach it stay disabled.
+// The file dialog has no command of its own: every chooser of the program
+// reaches frmCD through the window's DialogPort (app/gui_ports.cpp), so
+// nothing is registered here.
 void registerFileDialogWindows(WindowRegistry& /*registry*/)
 {
 }

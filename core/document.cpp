@@ -24,17 +24,6 @@ const QString kOpenDocument = QStringLiteral("Documento aperto: ");
 const QString kAlreadyOpen = QStringLiteral("Il file è gia aperto!");
 constexpr int kDocumentPanel = 1;
 
-const QStringList& fileFilters()
-{
-    static const QStringList filters{
-        QStringLiteral("File Tornelia (*.tnl)"),
-        QStringLiteral("File RTF (*.rtf)"),
-        QStringLiteral("File di testo (*.txt)"),
-        QStringLiteral("Tutti i file (*)"),
-    };
-    return filters;
-}
-
 bool isRealName(const QString& name)
 {
     return !name.isEmpty() && name != kNoDocument;
@@ -209,11 +198,11 @@ void Document::chooseFile(int mode)
         return;
     }
     if (mode == 1) {
-        if (const auto path = dialogs_.openFile(QStringLiteral("Apri"), fileFilters()))
+        if (const auto path = dialogs_.chooseFile(FileChoice::OpenDocument))
             Aprii(*path);
     } else {
         const QString suggested = isRealName(nomeFile) ? nomeFile : kNoDocument + QStringLiteral(".tnl");
-        if (const auto path = dialogs_.saveFile(QStringLiteral("Salva con nome"), fileFilters(), suggested))
+        if (const auto path = dialogs_.chooseFile(FileChoice::SaveDocument, suggested))
             Sv(*path);
     }
 }

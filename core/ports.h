@@ -32,10 +32,38 @@ struct FontChoice {
     std::uint32_t colour = 0;  // 0x00BBGGRR
 };
 
+// What the program's own file chooser is opened for. Each sets the chooser's
+// title, its filters and the extension a bare name gets.
+enum class FileChoice {
+    OpenDocument,  // "Apri"
+    SaveDocument,  // "Salva con nome"
+    OpenPicture,   // a picture to insert or show
+    SavePicture,   // where to write a picture
+    InsertFile,    // a file to put into the document
+};
+
 // File, folder, font and colour choosers. An empty optional is a cancel.
 class DialogPort {
 public:
     virtual ~DialogPort() = default;
+    // The window answers with its own chooser; ports without one fall back
+    // on the plain choosers below.
+    virtual std::optional<QString> chooseFile(FileChoice choice, const QString& suggestedName = {})
+    {
+        switch (choice) {
+        case FileChoice::SaveDocument:
+            return saveFile(QStringLiteral("Seleziona il file da salvare"), {}, suggestedName);
+        case FileChoice::SavePicture:
+            return saveFile(QStringLiteral("Seleziona il file da salvare"), {}, suggestedName);
+        case FileChoice::OpenPicture:
+            return openFile(QStringLiteral("Seleziona il file immagine"), {});
+        case FileChoice::InsertFile:
+            return openFile(QStringLiteral("Seleziona il file da inserire"), {});
+        case FileChoice::OpenDocument:
+            break;
+        }
+        return openFile(QStringLiteral("Seleziona il file da aprire"), {});
+    }
     virtual std::optional<QString> openFile(const QString& title, const QStringList& filters) = 0;
     virtual std::optional<QString> saveFile(const QString& title, const QStringList& filters,
                                             const QString& suggestedName) = 0;
