@@ -103,11 +103,7 @@ void registerPicturesWindows(WindowRegistry& registry)
                                      QStringLiteral("Selezionare prima un'immagine del documento."), 0, 48);
             return;
         }
-        const auto path = ctx.dialogs().saveFile(QStringLiteral("Salva immagine"),
-                                                 {QStringLiteral("Immagini PNG (*.png)"),
-                                                  QStringLiteral("Immagini bitmap (*.bmp)"),
-                                                  QStringLiteral("Immagini JPEG (*.jpg;*.jpeg)")},
-                                                 QStringLiteral("immagine.png"));
+        const auto path = ctx.dialogs().chooseFile(FileChoice::SavePicture, QStringLiteral("immagine.png"));
         if (path && !picture.save(*path))
             ctx.messages().mostraMsg(QStringLiteral("Salva immagine"),
                                      QStringLiteral("Impossibile salvare l'immagine in \"%1\".").arg(*path), 0, 16);

@@ -31,6 +31,7 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <cmath>
 
 namespace tornelia::pictures {
@@ -40,18 +41,6 @@ namespace {
 // Twips on the screen: 15 to a pixel at 96 dots per inch, the same scale the
 // document view uses for a picture's goal size.
 constexpr int kTwipsPerPixel = 15;
-
-const QStringList& pictureFilters()
-{
-    static const QStringList filters = {
-        QStringLiteral("Tutte le immagini (*.bmp;*.gif;*.jpg;*.jpeg;*.png;*.ico)"),
-        QStringLiteral("Immagini bitmap (*.bmp)"),
-        QStringLiteral("Immagini GIF (*.gif)"),
-        QStringLiteral("Immagini JPEG (*.jpg;*.jpeg)"),
-        QStringLiteral("Immagini PNG (*.png)"),
-    };
-    return filters;
-}
 
 QPixmap swatch(Colour c)
 {
@@ -248,8 +237,10 @@ FrmFull::FrmFull(const QImage& picture, int widthTwips, int heightTwips, QWidget
         w = widthTwips + 1000;
     if (heightTwips > 2500)
         h = heightTwips + 1000;
-    resize(w / kTwipsPerPixel, h / kTwipsPerPixel);
-    const QSize shown(std::max(1, widthTwips / kTwipsPerPixel), std::max(1, heightTwips / kTwipsPerPixel));
+    resize(std::min(w / kTwipsPerPixel, 9000), std::min(h / kTwipsPerPixel, 9000));
+    // A size typed far beyond any screen is shown at the most a screen can
+    // hold, rather than asking for an image of gigabytes.
+    const QSize shown(std::clamp(widthTwips / kTwipsPerPixel, 1, 8000), std::clamp(heightTwips / kTwipsPerPixel, 1, 8000));
     auto* i = new QLabel(this);
     i->setObjectName(QStringLiteral("i"));
     if (!picture.isNull())
@@ -309,7 +300,7 @@ FrmIm::FrmIm(RichTextSurface& testo, UndoStore& undo, DialogPort& dialogs, QWidg
     layout->addLayout(buttons);
 
     connect(u1, &QPushButton::clicked, this, [this] {
-        if (const auto path = dialogs_.openFile(QStringLiteral("Apri immagine"), pictureFilters()))
+        if (const auto path = dialogs_.chooseFile(FileChoice::OpenPicture))
             immm(*path);
     });
     connect(preview, &QPushButton::clicked, this, &FrmIm::command2);
@@ -592,10 +583,7 @@ void FrmImProp::savePicture()
 {
     if (picture_.isNull())
         return;
-    const auto path = dialogs_.saveFile(QStringLiteral("Salva immagine"),
-                                        {QStringLiteral("Immagini PNG (*.png)"), QStringLiteral("Immagini bitmap (*.bmp)"),
-                                         QStringLiteral("Immagini JPEG (*.jpg;*.jpeg)")},
-                                        QStringLiteral("immagine.png"));
+    const auto path = dialogs_.chooseFile(FileChoice::SavePicture, QStringLiteral("immagine.png"));
     if (!path)
         return;
     if (!picture_.save(*path))
