@@ -58,13 +58,10 @@ AppContext::AppContext(Ports ports, const QString& settingsFolder)
     undo_->setAnnullaOff(settings_.leggiReg(app, QStringLiteral("Ann"), QStringLiteral("1")) == QLatin1String("True"));
     document_->onUndoClear = [undo = undo_.get()] { undo->clear(); };
 
+    // The typing handlers do not let events through: each is short, and a
+    // paint in the middle of a key lays out and draws the text a second time
+    // before the key is done.
     typing_ = std::make_unique<TypingAssist>(*testo_, settings_, *undo_);
-    typing_->setPump([this] {
-        // Timers and painting go on; keys and clicks wait, since one handled
-        // here would land on the characters a correction holds selected.
-        if (frame_.target())
-            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    });
 }
 
 AppContext::~AppContext()

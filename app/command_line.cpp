@@ -6,6 +6,8 @@
 #include "core/procedures.h"
 #include "core/run_dump.h"
 #include "macro/interpreter.h"
+#include "print/page_settings.h"
+#include "print/print_layout.h"
 #include "tools/html_export.h"
 
 #include <QApplication>
@@ -113,7 +115,15 @@ int runHeadless(const CommandLine& cl)
     }
     const int kind = cl.format == QLatin1String("txt") ? RichTextSurface::TextKind : RichTextSurface::RtfKind;
     try {
-        if (cl.format == QLatin1String("html"))
+        if (cl.format == QLatin1String("pdf")) {
+            // The pages as they print, on the page the settings hold.
+            PageSettings page;
+            CaricaMargini(ctx.settings(), page);
+            if (!writePdf(*ctx.testo().document(), page, out)) {
+                fail(QStringLiteral("impossibile scrivere ") + out);
+                return 1;
+            }
+        } else if (cl.format == QLatin1String("html"))
             saveHtmlFile(out, htmlPage(doc.nomeFile, RichToHTML(ctx.testo())));
         else
             ctx.testo().SaveFile(out, kind);
@@ -255,13 +265,13 @@ QString usageText()
 {
     return QStringLiteral(
         "Uso: tornelia [FILE]\n"
-        "     tornelia --convert-to rtf|tnl|txt|html FILE [-o USCITA]\n"
+        "     tornelia --convert-to rtf|tnl|txt|html|pdf FILE [-o USCITA]\n"
         "     tornelia --dump-runs FILE\n"
         "     tornelia --run-macro MACRO FILE [-o USCITA]\n"
         "     tornelia --help\n"
         "\n"
         "  FILE                   il documento da aprire nella finestra\n"
-        "  --convert-to FORMATO   converte FILE in rtf, tnl, txt o html senza finestre;\n"
+        "  --convert-to FORMATO   converte FILE in rtf, tnl, txt, html o pdf senza finestre;\n"
         "                         senza -o scrive il nome di FILE con la nuova\n"
         "                         estensione nella cartella corrente\n"
         "  -o, --output USCITA    il file da scrivere\n"
@@ -303,7 +313,7 @@ CommandLine parseCommandLine(const QStringList& args)
                 cl.format = a.section(u'=', 1);
             } else {
                 if (i + 1 >= args.size())
-                    return bad(QStringLiteral("--convert-to vuole un formato: rtf, tnl, txt o html"));
+                    return bad(QStringLiteral("--convert-to vuole un formato: rtf, tnl, txt, html o pdf"));
                 cl.format = args.at(++i);
             }
         } else if (a == QLatin1String("--dump-runs")) {
@@ -351,9 +361,10 @@ CommandLine parseCommandLine(const QStringList& args)
         if (convert) {
             cl.format = cl.format.toLower();
             if (cl.format != QLatin1String("rtf") && cl.format != QLatin1String("tnl") &&
-                cl.format != QLatin1String("txt") && cl.format != QLatin1String("html"))
+                cl.format != QLatin1String("txt") && cl.format != QLatin1String("html") &&
+                cl.format != QLatin1String("pdf"))
                 return bad(QStringLiteral("formato sconosciuto: ") + cl.format +
-                           QStringLiteral(" (rtf, tnl, txt o html)"));
+                           QStringLiteral(" (rtf, tnl, txt, html o pdf)"));
             cl.mode = CommandLine::Mode::Convert;
         } else {
             cl.mode = CommandLine::Mode::DumpRuns;

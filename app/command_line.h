@@ -19,7 +19,7 @@ struct CommandLine {
     };
     Mode mode = Mode::Gui;
     QString path;    // the document (Gui) or the input
-    QString format;  // "rtf", "tnl", "txt" or "html"
+    QString format;  // "rtf", "tnl", "txt", "html" or "pdf"
     QString output;  // given with -o, else empty
     QString macro;   // the macro file of --run-macro
     QString error;

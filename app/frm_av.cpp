@@ -1,5 +1,7 @@
 #include "app/frm_av.h"
 
+#include "core/procedures.h"
+
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QFile>
@@ -180,7 +182,11 @@ FrmAv::FrmAv(Document& document, SettingsStore& settings, MessagePort& messages,
 {
     setObjectName(QStringLiteral("frmAv"));
     setWindowTitle(QStringLiteral("Tornelia - Avvio"));
-    logic_.onModello = [this](const QString& modello) { showModelPlaceholder(modello, this); };
+    // The composers belong to the main window, which opens them by name.
+    logic_.onModello = [parent](const QString& modello) {
+        if (auto* procedures = dynamic_cast<MainProcedures*>(parent))
+            procedures->showWindow(modello == QLatin1String("fax") ? Window::frmFax : Window::frmLett);
+    };
 
     // The three pictures that choose a page.
     t_ = new QButtonGroup(this);
@@ -325,22 +331,6 @@ void attachStartPanel(Document& document, SettingsStore& settings, MessagePort& 
         FrmAv panel(document, settings, messages, owner);
         panel.exec();
     };
-}
-
-void showModelPlaceholder(const QString& modello, QWidget* parent)
-{
-    QDialog window(parent);
-    window.setWindowTitle(modello == QLatin1String("fax") ? QStringLiteral("Fax") : QStringLiteral("Lettera"));
-    auto* layout = new QVBoxLayout(&window);
-    layout->addStretch(1);
-    auto* close = new QPushButton(QStringLiteral("Chiudi"), &window);
-    QObject::connect(close, &QPushButton::clicked, &window, &QDialog::accept);
-    auto* row = new QHBoxLayout;
-    row->addStretch(1);
-    row->addWidget(close);
-    layout->addLayout(row);
-    window.resize(480, 360);
-    window.exec();
 }
 
 }  // namespace tornelia

@@ -89,7 +89,5 @@ bool startPanelAtStart(const SettingsStore& settings);
 // Novo(1) shows the start panel, modal, over the owner, from then on.
 void attachStartPanel(Document& document, SettingsStore& settings, MessagePort& messages, QWidget* owner);
 
-// Until the composers come, a letter or a fax opens an empty window of its own.
-void showModelPlaceholder(const QString& modello, QWidget* parent);
 
 }  // namespace tornelia

@@ -54,8 +54,12 @@ QString FrmMainLogic::Conalinee()
     const long start = t.SelStart();
     const long line = t.LineFromChar(start) + 1;
     const long column = start + 1 - t.LineIndex(line - 1);
-    lineCount_ = t.GetLineCount();
     return QStringLiteral("Lin: ") + formatLine(line) + QStringLiteral(", Col: ") + QString::number(column);
+}
+
+long FrmMainLogic::lineCount() const
+{
+    return ctx_.testo().GetLineCount();
 }
 
 void FrmMainLogic::Clic(int code)

@@ -61,9 +61,12 @@ public:
     // --- status line ---
     // A line number in the form "##,###" of the Italian locale: "1.234".
     static QString formatLine(long line);
-    // "Lin: 3, Col: 7" for the caret; remembers the line count.
+    // "Lin: 3, Col: 7" for the caret.
     QString Conalinee();
-    long lineCount() const { return lineCount_; }
+    // The document's wrapped lines, counted when asked: the status bar does
+    // not show them, and counting them all after every key cost the length
+    // of the document.
+    long lineCount() const;
 
     // --- formatting ---
     // 37 bold, 38 italic, 39 underline, 40 strike-through: each flips; 51
@@ -128,7 +131,6 @@ private:
     AppContext& ctx_;
     QString programFolder_;
     QString dataFolder_;
-    long lineCount_ = 1;
 };
 
 // The site the help menu opens.

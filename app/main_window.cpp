@@ -1427,7 +1427,7 @@ void MainWindow::sitoWeb()
 
 void MainWindow::informazioni()
 {
-    logic_.startProgram(QStringLiteral("about.exe"));
+    runFeature(Feature::informazioni);
 }
 
 void MainWindow::autosaveToggled(bool on)

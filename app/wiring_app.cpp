@@ -20,6 +20,7 @@ void registerAppWindows(WindowRegistry& registry)
         // Clearing the list there empties the File menu at once.
         if (auto* main = qobject_cast<MainWindow*>(host.owner))
             w->setRecentFiles(&main->recentFiles());
+        w->setAssociazioni([procedures = &host.procedures] { procedures->showWindow(Window::FrmAsso); });
         w->setAttribute(Qt::WA_DeleteOnClose);
         w->setWindowModality(Qt::ApplicationModal);
         w->exec();

@@ -19,6 +19,8 @@
 #include <QScrollBar>
 #include <QStyleOptionGraphicsItem>
 #include <QTextBlock>
+#include <QPainter>
+#include <QTextFrame>
 #include <QTextLayout>
 #include <QTimer>
 
@@ -77,7 +79,43 @@ bool isTypedText(const QString& text)
     return true;
 }
 
+// The gap between two sheets of the page view, in document pixels.
+constexpr qreal kSheetGap = 16;
+
 }  // namespace
+
+// The sheets of the page view, one below the other: only those in the
+// exposed part are painted, so a long document costs what is on screen.
+class SheetsItem : public QGraphicsRectItem {
+public:
+    void setSheets(qreal sheetHeight, qreal pitch)
+    {
+        sheetHeight_ = sheetHeight;
+        pitch_ = pitch;
+        update();
+    }
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget*) override
+    {
+        const QRectF all = rect();
+        if (pitch_ <= 0 || all.isEmpty())
+            return;
+        const QRectF exposed = option->exposedRect.isNull() ? all : option->exposedRect;
+        const int first = std::max(0, int(std::floor((exposed.top() - all.top()) / pitch_)));
+        const int last = int(std::floor((exposed.bottom() - all.top()) / pitch_));
+        painter->setBrush(brush());
+        painter->setPen(pen());
+        for (int i = first; i <= last; ++i) {
+            const QRectF sheet(all.left(), all.top() + i * pitch_, all.width(), sheetHeight_);
+            if (sheet.top() >= all.bottom())
+                break;
+            painter->drawRect(sheet);
+        }
+    }
+
+private:
+    qreal sheetHeight_ = 0;
+    qreal pitch_ = 0;
+};
 
 // The item the view shows. It lets the surface see every key and click
 // first, and leaves to Qt's text control only what moves the caret, selects
@@ -375,7 +413,8 @@ EditorView::EditorView(RichTextSurface& surface, QWidget* parent)
     item_->setAcceptDrops(false);
     item_->setPos(0, 0);
     // The sheet of the page view, under the text; hidden in normal view.
-    sheet_ = new QGraphicsRectItem;
+    sheet_ = new SheetsItem;
+    sheet_->setFlag(QGraphicsItem::ItemUsesExtendedStyleOption);
     sheet_->setPen(QPen(QColor(64, 64, 64), 0));
     sheet_->setZValue(-1);
     sheet_->setVisible(false);
@@ -500,7 +539,15 @@ void EditorView::setPageLayout(const std::optional<PageLayout>& page)
 {
     if (page == page_)
         return;
+    QTextDocument* doc = surface_.document();
+    if (page && !page_)
+        plainFrame_ = doc->rootFrame()->frameFormat();
     page_ = page;
+    // The page view breaks the text into pages as the printed copy does: the
+    // layout itself paginates, each page holding the sheet's text height
+    // with the margins and the gap to the next sheet around it. The frame's
+    // format is the layout's, not the text's: no Change is raised for it.
+    applyFrame();
     sheet_->setVisible(page_.has_value());
     setAlignment(page_ ? Qt::AlignHCenter | Qt::AlignTop : Qt::AlignLeft | Qt::AlignTop);
     applyBackColor();
@@ -540,12 +587,22 @@ void EditorView::rewrap()
     // Zoom is the view's scale: the text wraps at the window's width whatever
     // the zoom, and the line breaks do not move as the zoom changes. On the
     // page the width is the paper's, so lines break as they will print.
+    // Before the window first shows, the viewport has a placeholder size a
+    // few pixels wide: a document opened at the start would be laid out a
+    // word or a letter to a line, which for a long document takes minutes.
+    // Until then the text does not wrap; the first resize wraps it.
+    const bool placeholder = !page_ && !testAttribute(Qt::WA_WState_Visible) && !isVisible();
     const qreal width = page_ ? std::max<qreal>(1.0, std::floor(pixelsOfTwips(page_->textWidth)))
-                              : std::max<qreal>(1.0, std::floor(viewport()->width() / zoom_) - 1);
+                        : placeholder ? -1
+                                      : std::max<qreal>(1.0, std::floor(viewport()->width() / zoom_) - 1);
     if (surface_.textWidth() != width)
         surface_.setTextWidth(width);
     if (item_->textWidth() != width)
         item_->setTextWidth(width);
+    // Setting the width drops the page height; the page view puts it back.
+    const QSizeF pageSize(width, page_ ? sheetPitch() : -1);
+    if (surface_.document()->pageSize() != pageSize)
+        surface_.document()->setPageSize(pageSize);
     updateSceneRect();
     scheduleEnsureCaretVisible();
 }
@@ -566,18 +623,57 @@ void EditorView::updateSceneRect()
     QTimer::singleShot(0, this, [this] { reportPageOrigin(); });
 }
 
+void EditorView::applyFrame()
+{
+    QTextDocument* doc = surface_.document();
+    QTextFrameFormat frame = plainFrame_;
+    if (page_) {
+        frame.setLeftMargin(0);
+        frame.setRightMargin(0);
+        frame.setTopMargin(pixelsOfTwips(page_->top));
+        frame.setBottomMargin(pixelsOfTwips(page_->bottom) + kSheetGap);
+        frame.setPadding(0);
+        frame.setBorder(0);
+    } else if (!frame.isValid()) {
+        return;
+    }
+    // A document read anew comes with a fresh frame: the page view sets it
+    // again when it sees one.
+    if (doc->rootFrame()->frameFormat() != frame) {
+        const QSignalBlocker quiet(doc);
+        doc->rootFrame()->setFrameFormat(frame);
+    }
+}
+
+qreal EditorView::sheetPitch() const
+{
+    return page_ ? std::max<qreal>(1.0, pixelsOfTwips(page_->sheetHeight)) + kSheetGap : 0;
+}
+
+int EditorView::sheetCount() const
+{
+    if (!page_)
+        return 0;
+    // The layout's own size: the item learns it only when the layout says so.
+    const qreal height = surface_.document()->documentLayout()->documentSize().height();
+    return std::max(1, int(std::ceil((height - 0.5) / sheetPitch())));
+}
+
 void EditorView::placePage()
 {
+    applyFrame();
     const PageLayout& p = *page_;
     const qreal left = pixelsOfTwips(p.left);
-    const qreal top = pixelsOfTwips(p.top);
     const QSizeF text = item_->boundingRect().size();
     const qreal width = left + std::max(text.width(), pixelsOfTwips(p.textWidth)) + pixelsOfTwips(p.right);
-    const qreal height = std::max(pixelsOfTwips(p.sheetHeight), top + text.height() + pixelsOfTwips(p.bottom));
-    const QRectF sheet(kFieldBorder, kFieldBorder, std::ceil(width), std::ceil(height));
+    const qreal pitch = sheetPitch();
+    const qreal sheetHeight = pitch - kSheetGap;
+    const QRectF sheet(kFieldBorder, kFieldBorder, std::ceil(width), sheetCount() * pitch - kSheetGap);
+    static_cast<SheetsItem*>(sheet_)->setSheets(sheetHeight, pitch);
     if (sheet_->rect() != sheet)
         sheet_->setRect(sheet);
-    const QPointF at(kFieldBorder + left, kFieldBorder + top);
+    // The layout's frame holds the top margin of every page, the first's too.
+    const QPointF at(kFieldBorder + left, kFieldBorder);
     if (item_->pos() != at)
         item_->setPos(at);
     const QRectF field = sheet.adjusted(-kFieldBorder, -kFieldBorder, kFieldBorder, kFieldBorder);

@@ -10,6 +10,7 @@
 #include "core/rich_text_surface.h"
 
 #include <QGraphicsView>
+#include <QTextFrameFormat>
 
 #include <optional>
 
@@ -51,8 +52,13 @@ public:
     const std::optional<PageLayout>& pageLayout() const { return page_; }
     // Document pixels for a length in twips, at the screen's resolution.
     qreal pixelsOfTwips(double twips) const;
-    // The page in the scene, empty in normal view.
+    // The sheets in the scene, the first's top to the last's bottom; empty
+    // in normal view.
     QRectF pageRect() const;
+    // How many sheets the page view shows, and the distance from the top of
+    // one to the top of the next, in document pixels.
+    int sheetCount() const;
+    qreal sheetPitch() const;
     // Where the sheet's left edge stands, in this widget's pixels.
     int pageLeftInView() const;
 
@@ -80,6 +86,7 @@ private:
     void followSurfaceCursor();
     void updateSceneRect();
     void placePage();
+    void applyFrame();
     void reportPageOrigin();
     void scheduleEnsureCaretVisible();
     void ensureCaretVisible();
@@ -90,6 +97,8 @@ private:
     EditorTextItem* item_;
     QGraphicsRectItem* sheet_ = nullptr;
     std::optional<PageLayout> page_;
+    // The root frame's format outside the page view.
+    QTextFrameFormat plainFrame_;
     int lastPageOrigin_ = -1;
     qreal zoom_ = 1.0;
     bool caretCheckPending_ = false;

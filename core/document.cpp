@@ -237,6 +237,11 @@ long Document::lineCount(const QString& path)
 
 long Document::lineCar(const QString& path, bool comeRTF)
 {
+    return lineCar(path, comeRTF ? LoadAs::Rtf : LoadAs::Text);
+}
+
+long Document::lineCar(const QString& path, LoadAs as)
+{
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         throw SurfaceError("cannot read " + path.toStdString() + ": " + file.errorString().toStdString());
@@ -259,11 +264,17 @@ long Document::lineCar(const QString& path, bool comeRTF)
     file.close();
 
     frame_.showProgress(QStringLiteral("Conversione..."), barPercent());
-    if (comeRTF) {
+    switch (as) {
+    case LoadAs::Rtf:
         // The RTF reader decodes the code pages itself.
         testo_.setTextRTF(QString::fromLatin1(bytes));
-    } else {
+        break;
+    case LoadAs::Text:
         testo_.setText(decodePlainText(bytes));
+        break;
+    case LoadAs::Contents:
+        testo_.setContents(bytes);
+        break;
     }
     bytes.clear();
 
@@ -330,16 +341,24 @@ void Document::Aprii(const QString& chosen)
     const qint64 size = info.size();
     frame_.processEvents();
 
+    bool loaded = false;
     if (size > 0) {
         readOnlyTest(path, true);
+        // A TNL or RTF file becomes what writing its name would load (its
+        // contents decide between RTF and text), read and parsed once: a
+        // second parse of a large file doubled the time of every open.
         // A read that fails leaves whatever the text then is, without a word.
         try {
             setUpBar(path);
-            lineCar(path, kindOf(path) == KindRtf);
+            lineCar(path, kindOf(path) == KindText ? LoadAs::Text : LoadAs::Contents);
+            loaded = true;
         } catch (const std::exception&) {
         }
     }
-    writeFileName(path, size > 0);
+    if (loaded)
+        testo_.recordFileName(path);
+    else
+        writeFileName(path, size > 0);
     showOpenedName(false);
 
     lenSalvata = static_cast<float>(testo_.length());
@@ -365,11 +384,8 @@ void Document::RecENt(const QString& path)
         } else {
             readOnlyTest(file, true);
             setUpBar(file);
-            lineCar(file, kindOf(file) == KindRtf);
-            if (kindOf(file) != KindText)
-                testo_.setFileName(file);  // a failure here is the open's failure
-            else
-                testo_.recordFileName(file);
+            lineCar(file, kindOf(file) == KindText ? LoadAs::Text : LoadAs::Contents);
+            testo_.recordFileName(file);
             showOpenedName(true);
             lenSalvata = static_cast<float>(testo_.length());
             if (onRecentAdd)

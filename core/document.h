@@ -52,7 +52,10 @@ public:
     void nuovaSessione();  // "Nuova sessione di Tornelia..."
     long lineCount(const QString& path);
     // The block-wise load; throws SurfaceError when the file cannot be opened.
+    // How lineCar turns the bytes it read into the document.
+    enum class LoadAs { Text, Rtf, Contents };
     long lineCar(const QString& path, bool comeRTF);
+    long lineCar(const QString& path, LoadAs as);
     bool fileCambiato() const;
     bool fileGiaAperto(const QString& fileName) const;
     // True when the caller has to stop (saving onto a read-only file).

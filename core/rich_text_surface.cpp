@@ -90,6 +90,11 @@ RichTextSurface::RichTextSurface(QObject* parent) : QObject(parent), doc_(new QT
     // contentsChange needs a layout, which a surface without a view has not;
     // contentsChanged comes in every case.
     connect(doc_, &QTextDocument::contentsChanged, this, &RichTextSurface::onContentsChange);
+    // Only a change above the counted paragraph moves the lines above it.
+    connect(doc_, &QTextDocument::contentsChange, this, [this](int from, int, int) {
+        if (lineAnchor_.block >= 0 && from < lineAnchor_.position)
+            forgetLineAnchor();
+    });
 }
 
 RichTextSurface::~RichTextSurface() = default;
@@ -102,6 +107,7 @@ void RichTextSurface::setDefaultFormat(const QString& fontName, float pointSize)
     defaultFormat_ = f;
     QFont font(fontName);
     font.setPointSizeF(f.fontPointSize());
+    forgetLineAnchor();
     doc_->setDefaultFont(font);
 }
 
@@ -232,6 +238,11 @@ void RichTextSurface::setFileName(const QString& path)
         throw SurfaceError(file.errorString().toStdString());
     const QByteArray bytes = file.readAll();
     fileName_ = path;
+    setContents(bytes);
+}
+
+void RichTextSurface::setContents(const QByteArray& bytes)
+{
     const QString latin = QString::fromLatin1(bytes);
     if (startsWithRtf(latin))
         setTextRTF(latin);
@@ -780,34 +791,53 @@ void RichTextSurface::Span(const QString& charSet, bool forward, bool negate)
 void RichTextSurface::setTextWidth(qreal width)
 {
     textWidth_ = width;
+    forgetLineAnchor();
+    // The layout must exist for the document to report where it changed.
+    doc_->documentLayout();
     doc_->setTextWidth(width);
 }
 
 namespace {
 
-// Lines of a block as laid out at the document's text width.
+// Lines of a block as laid out at the document's text width. A block not yet
+// laid out (the layout runs lazily down a long document) is laid out first.
 int linesOf(const QTextBlock& b)
 {
     const QTextLayout* layout = b.layout();
+    if (layout && layout->lineCount() == 0 && b.isVisible())
+        b.document()->documentLayout()->blockBoundingRect(b);
     return layout ? std::max(1, layout->lineCount()) : 1;
 }
 
-void ensureLayout(QTextDocument* doc)
-{
-    doc->documentLayout()->blockBoundingRect(doc->lastBlock());
-}
-
 }  // namespace
+
+long RichTextSurface::linesBefore(const QTextBlock& block) const
+{
+    const int target = block.blockNumber();
+    LineAnchor a = lineAnchor_;
+    // Walking back from the anchor or down from the top, whichever is shorter.
+    if (a.block < 0 || (a.block > target && a.block - target > target))
+        a = LineAnchor{0, 0, 0};
+    QTextBlock b = doc_->findBlockByNumber(a.block);
+    long n = a.linesBefore;
+    while (b.isValid() && b.blockNumber() < target) {
+        n += linesOf(b);
+        b = b.next();
+    }
+    while (b.isValid() && b.blockNumber() > target) {
+        b = b.previous();
+        n -= linesOf(b);
+    }
+    lineAnchor_ = LineAnchor{target, block.position(), n};
+    return n;
+}
 
 long RichTextSurface::GetLineCount() const
 {
     if (textWidth_ < 0)
         return doc_->blockCount();
-    ensureLayout(doc_);
-    long n = 0;
-    for (QTextBlock b = doc_->begin(); b.isValid(); b = b.next())
-        n += linesOf(b);
-    return n;
+    const QTextBlock last = doc_->lastBlock();
+    return linesBefore(last) + linesOf(last);
 }
 
 long RichTextSurface::LineIndex(long line) const
@@ -818,17 +848,25 @@ long RichTextSurface::LineIndex(long line) const
         const QTextBlock b = doc_->findBlockByNumber(int(line));
         return b.isValid() ? b.position() + b.blockNumber() : -1;
     }
-    ensureLayout(doc_);
-    long n = 0;
-    for (QTextBlock b = doc_->begin(); b.isValid(); b = b.next()) {
+    // From the anchor's paragraph, up or down to the one holding the line.
+    QTextBlock b = doc_->findBlockByNumber(std::max(0, lineAnchor_.block));
+    long n = linesBefore(b);
+    while (b.isValid() && line < n) {
+        b = b.previous();
+        if (b.isValid())
+            n -= linesOf(b);
+    }
+    while (b.isValid()) {
         const int lines = linesOf(b);
         if (line < n + lines) {
+            lineAnchor_ = LineAnchor{b.blockNumber(), b.position(), n};
             const QTextLayout* layout = b.layout();
             const int k = int(line - n);
             const int textStart = layout && layout->lineCount() > k ? layout->lineAt(k).textStart() : 0;
             return b.position() + b.blockNumber() + textStart;
         }
         n += lines;
+        b = b.next();
     }
     return -1;
 }
@@ -839,10 +877,8 @@ long RichTextSurface::LineFromChar(long pos) const
     const QTextBlock block = doc_->findBlock(d);
     if (textWidth_ < 0)
         return block.blockNumber();
-    ensureLayout(doc_);
-    long n = 0;
-    for (QTextBlock b = doc_->begin(); b.isValid() && b != block; b = b.next())
-        n += linesOf(b);
+    long n = linesBefore(block);
+    linesOf(block);
     const QTextLayout* layout = block.layout();
     if (layout && layout->lineCount() > 0) {
         const QTextLine line = layout->lineForTextPosition(d - block.position());
@@ -860,7 +896,7 @@ long RichTextSurface::LineLength(long pos) const
     const QTextBlock block = doc_->findBlock(d);
     if (textWidth_ < 0)
         return block.length() - 1;
-    ensureLayout(doc_);
+    linesOf(block);
     const QTextLayout* layout = block.layout();
     if (!layout || layout->lineCount() == 0)
         return block.length() - 1;

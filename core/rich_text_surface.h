@@ -88,6 +88,9 @@ public:
     void setFileName(const QString& path);
     // Records the path without touching the document.
     void recordFileName(const QString& path) { fileName_ = path; }
+    // The document a file's bytes give by their contents, as writing
+    // FileName loads them, without reading the file again.
+    void setContents(const QByteArray& bytes);
     Colour BackColor() const { return backColor_; }
     void setBackColor(Colour c);
     long length() const;  // Len(Text), without building the string
@@ -230,6 +233,21 @@ private:
     int selectionNotifyBlock_ = 0;
     long lastSelStart_ = 0;
     long lastSelLength_ = 0;
+
+    // Wrapped-line counting starts from the last paragraph counted, not from
+    // the top: the status bar asks after every key, and the caret seldom
+    // leaves its paragraph. The lines above that paragraph stay as counted
+    // until a change reaches above it or the wrapping width or font change.
+    struct LineAnchor {
+        int block = -1;       // block number, -1 when nothing is known
+        int position = 0;     // the block's first document position
+        long linesBefore = 0;
+    };
+    // The number of wrapped lines above `block`, walking from the anchor;
+    // the anchor moves to `block`.
+    long linesBefore(const QTextBlock& block) const;
+    void forgetLineAnchor() const { lineAnchor_ = LineAnchor{}; }
+    mutable LineAnchor lineAnchor_;
 };
 
 }  // namespace tornelia

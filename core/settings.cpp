@@ -1,9 +1,13 @@
 #include "core/settings.h"
 
+#include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QVariant>
+
+#include <map>
 
 namespace tornelia {
 
@@ -19,8 +23,39 @@ QString settingsKey(const QString& section, const QString& key)
 
 }  // namespace
 
+// Another session may write the files at any time, so a value is read from
+// the file as it is now; but parsing the file again for every value made
+// each key typed cost nine parses. A file is parsed again only when its
+// time or size on disk moved.
+struct SettingsStore::Cache {
+    struct File {
+        QDateTime modified;
+        qint64 size = -1;
+        bool exists = false;
+        std::unique_ptr<QSettings> store;
+    };
+    std::map<QString, File> files;
+
+    const QSettings& read(const QString& path)
+    {
+        const QFileInfo info(path);
+        const bool exists = info.exists();
+        const QDateTime modified = exists ? info.lastModified() : QDateTime();
+        const qint64 size = exists ? info.size() : -1;
+        File& f = files[path];
+        if (!f.store || f.exists != exists || f.modified != modified || f.size != size) {
+            f.store = std::make_unique<QSettings>(path, QSettings::IniFormat);
+            f.exists = exists;
+            f.modified = modified;
+            f.size = size;
+        }
+        return *f.store;
+    }
+    void forget(const QString& path) { files.erase(path); }
+};
+
 SettingsStore::SettingsStore(QString folder)
-    : folder_(std::move(folder))
+    : folder_(std::move(folder)), cache_(std::make_shared<Cache>())
 {
     if (folder_.isEmpty())
         folder_ = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
@@ -36,9 +71,7 @@ QString SettingsStore::filePath(const QString& application) const
 QString SettingsStore::leggiReg(const QString& application, const QString& section,
                                 const QString& key, const QString& defaultValue) const
 {
-    // A fresh QSettings per call: another session may have written the file
-    // since, and the processes share the settings and nothing else.
-    const QSettings store(filePath(application), QSettings::IniFormat);
+    const QSettings& store = cache_->read(filePath(application));
     const QVariant value = store.value(settingsKey(section, key));
 
     QString text;
@@ -67,7 +100,9 @@ void SettingsStore::scriviReg(const QString& application, const QString& section
     // Nobody reads a failure here: a value that did not reach the disk reads
     // as its default next time.
     QDir().mkpath(folder_);
-    QSettings store(filePath(application), QSettings::IniFormat);
+    const QString path = filePath(application);
+    cache_->forget(path);
+    QSettings store(path, QSettings::IniFormat);
     store.setValue(settingsKey(section, key), value);
     store.sync();
 }

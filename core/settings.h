@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <memory>
+
 namespace tornelia {
 
 class SettingsStore {
@@ -24,7 +26,10 @@ public:
                    const QString& value);
 
 private:
+    struct Cache;
     QString folder_;
+    // The files as last read, kept while they stay unchanged on disk.
+    std::shared_ptr<Cache> cache_;
 };
 
 }  // namespace tornelia

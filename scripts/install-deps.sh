@@ -11,7 +11,7 @@ packages=(
   xvfb xauth xdotool imagemagick openbox xclip
   clang
   libhunspell-dev hunspell-it hunspell-en-us
-  libzip-dev libsodium-dev zip unzip
+  libzip-dev libsodium-dev zip unzip pkgconf
   poppler-utils unrtf
 )
 

@@ -36,7 +36,7 @@ inline QString windowName(Window w)
     static const char* const names[] = {"frmImp", "frmIm",   "Form1",  "form2",     "form3", "frmMai",
                                         "frmGoTo", "frmTimeDate", "frmcic", "Fontt", "FrmSt", "frmHTM",
                                         "frmOnd",  "frmSott", "FrmApiPed", "frmCE", "frmMac", "frmCor",
-                                        "FrmOpz",  "frmRecuper", "frmInc", "frmApp", "frmZip"};
+                                        "FrmOpz",  "frmRecuper", "frmInc", "frmApp", "frmZip", "frmPreview"};
     return QString::fromLatin1(names[int(w)]);
 }
 

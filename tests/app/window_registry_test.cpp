@@ -4,6 +4,8 @@
 #include "app/window_registry.h"
 #include "core/autosave.h"
 #include "macro/frm_mac.h"
+#include "print/frm_imp.h"
+#include "print/frm_preview.h"
 #include "rtf/frm_ce.h"
 #include "test_ports.h"
 
@@ -12,6 +14,7 @@
 #include <QDialog>
 #include <QFileInfo>
 #include <QListWidget>
+#include <QRadioButton>
 #include <QTimer>
 #include <QTreeWidget>
 
@@ -49,7 +52,7 @@ TEST_F(WindowRegistryTest, EachWindowOpensOnceUnderTheMainWindow)
     ASSERT_FALSE(saved.isEmpty());
 
     QStringList seen;
-    for (int i = 0; i <= int(Window::frmZip); ++i) {
+    for (int i = 0; i <= int(Window::frmPreview); ++i) {
         const Window w = Window(i);
         if (!registry.has(w)) {
             seen << windowName(w) + " -";
@@ -107,9 +110,43 @@ TEST_F(WindowRegistryTest, EachWindowOpensOnceUnderTheMainWindow)
         "frmRecuper frmRecuper 'Recupero documenti' shown deleted on close",
         "frmInc frmInc 'Incolla speciale' shown deleted on close",
         "frmApp frmApp 'Visualizzatore appunti' shown deleted on close",
-        "frmZip -",
+        "frmZip frmZip 'Compressione documento' shown deleted on close",
+        "frmPreview frmPreview 'Anteprima di stampa' shown deleted on close",
     };
     EXPECT_EQ(seen.join("\n").toStdString(), expected.join("\n").toStdString());
+}
+
+// The preview follows the page window's confirmation; printing asks first.
+TEST_F(WindowRegistryTest, PreviewFollowsThePageWindowAndPrintingAsks)
+{
+    QString text;
+    for (int i = 0; i < 120; ++i)
+        text += QString("Riga numero %1 del documento\r\n").arg(i);
+    t.context->testo().setText(text);
+    ASSERT_TRUE(registry.open(Window::frmPreview, host));
+    auto* preview = owner.findChild<FrmPreview*>();
+    ASSERT_NE(preview, nullptr);
+    EXPECT_EQ(preview->objectName(), "frmPreview");
+    EXPECT_EQ(preview->windowTitle(), "Anteprima di stampa");
+    EXPECT_TRUE(preview->isVisible());
+    const int upright = preview->pageCount();
+    EXPECT_GE(upright, 2);
+    EXPECT_LT(preview->picChild()->width(), preview->picChild()->height());
+
+    auto* page = open<FrmImp>(Window::frmImp);
+    ASSERT_NE(page, nullptr);
+    page->Option2()->click();
+    page->confirm();
+    EXPECT_GT(preview->pageCount(), upright);
+    EXPECT_GT(preview->picChild()->width(), preview->picChild()->height());
+
+    // Asked again, the open preview takes the stored page and comes forward.
+    ASSERT_TRUE(registry.run(Feature::AntEP, host));
+    EXPECT_EQ(owner.findChildren<FrmPreview*>().size(), 1);
+
+    t.messages->answers.push_back("no");
+    ASSERT_TRUE(registry.run(Feature::StaMpa, host));
+    EXPECT_EQ(t.messages->said.last(), "Stampa | Continuare con la stampa? | 2 | 4");
 }
 
 TEST_F(WindowRegistryTest, MacrosRunAgainstTheDocument)

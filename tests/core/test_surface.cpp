@@ -4,11 +4,15 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractTextDocumentLayout>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTextBlock>
+#include <QTextLayout>
 
 #include <random>
+#include <string>
+#include <vector>
 
 using namespace tornelia;
 
@@ -232,6 +236,91 @@ TEST(Surface, LineMetricsFollowTheLayout)
     EXPECT_EQ(s.LineFromChar(s.length()), lines - 1);
     s.setTextWidth(-1);
     EXPECT_EQ(s.GetLineCount(), 2);
+}
+
+// The wrapped lines counted from the top, block by block, as a reference for
+// the counts the surface keeps between questions.
+struct LineModel {
+    long lineOf(const RichTextSurface& s, long pos) const
+    {
+        QTextDocument* doc = s.document();
+        doc->documentLayout()->blockBoundingRect(doc->lastBlock());
+        const int d = s.toDocPos(pos);
+        const QTextBlock target = doc->findBlock(d);
+        long n = 0;
+        for (QTextBlock b = doc->begin(); b != target; b = b.next())
+            n += std::max(1, b.layout()->lineCount());
+        const QTextLine line = target.layout()->lineForTextPosition(d - target.position());
+        return n + (line.isValid() ? line.lineNumber() : target.layout()->lineCount() - 1);
+    }
+    long count(const RichTextSurface& s) const
+    {
+        QTextDocument* doc = s.document();
+        doc->documentLayout()->blockBoundingRect(doc->lastBlock());
+        long n = 0;
+        for (QTextBlock b = doc->begin(); b.isValid(); b = b.next())
+            n += std::max(1, b.layout()->lineCount());
+        return n;
+    }
+};
+
+// Edits above, inside and below the paragraph last asked about, a new width
+// and a new font: after each, the line of the caret, the start of its line
+// and the count agree with a count from the top.
+TEST(Surface, LineMetricsStayRightAcrossEditsAnywhere)
+{
+    RichTextSurface s;
+    QString text;
+    for (int p = 0; p < 40; ++p) {
+        for (int w = 0; w < 5 + (p * 7) % 30; ++w)
+            text += QStringLiteral("parola ");
+        text += QStringLiteral("\r\n");
+    }
+    s.setText(text);
+    s.setTextWidth(180);
+    const LineModel model;
+    std::vector<std::string> wrong;
+    auto check = [&](const std::string& step) {
+        for (const long pos : {0L, s.SelStart(), s.length() / 3, s.length() / 2, s.length()}) {
+            const long line = s.LineFromChar(pos);
+            const long start = s.LineIndex(line);
+            if (line != model.lineOf(s, pos) || start > pos || s.LineFromChar(start) != line)
+                wrong.push_back(step + " at " + std::to_string(pos));
+        }
+        if (s.GetLineCount() != model.count(s))
+            wrong.push_back(step + " count");
+    };
+    auto typeAt = [&](long pos, const QString& what) {
+        s.setSelStart(pos);
+        s.setSelText(what);
+    };
+    check("start");
+    // Ask about the middle first, so the edits land around a counted paragraph.
+    s.setSelStart(s.length() / 2);
+    s.LineFromChar(s.SelStart());
+    typeAt(10, QStringLiteral("molte parole in piu che vanno a capo piu volte "));
+    check("typed above");
+    typeAt(5, QStringLiteral("\r\n\r\n"));
+    check("paragraphs above");
+    typeAt(s.length() / 2, QStringLiteral("qui "));
+    check("typed inside");
+    typeAt(s.length() / 2, QStringLiteral("\r\n"));
+    check("split inside");
+    s.setSelStart(0);
+    s.setSelLength(40);
+    s.setSelText(QString());
+    check("removed above");
+    typeAt(s.length() - 3, QStringLiteral("in fondo in fondo in fondo"));
+    check("typed below");
+    s.setSelStart(3);
+    s.setSelLength(30);
+    s.setSelFontSize(30);
+    check("bigger letters above");
+    s.setTextWidth(90);
+    check("narrower");
+    s.setDefaultFormat(QStringLiteral("Courier New"), 14);
+    check("new font");
+    EXPECT_EQ(wrong, std::vector<std::string>{});
 }
 
 TEST(Surface, FilesLoadBySuffixOrContentAndSaveSafely)
