@@ -20,6 +20,7 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QCoreApplication>
@@ -981,6 +982,7 @@ void MainWindow::paragrafoPuntato()
 
 void MainWindow::nessunPuntato()
 {
+    bulletPicture_ = QImage();
     if (ctx_.testo().SelBullet().value_or(true))
         logic_.toggleBullet();
     aggText();
@@ -1143,6 +1145,16 @@ void MainWindow::StaMpa()
 void MainWindow::PaRImM()
 {
     runFeature(Feature::PaRImM);
+}
+
+void MainWindow::setBulletPicture(const QImage& picture)
+{
+    bulletPicture_ = picture;
+}
+
+void MainWindow::copyBulletPicture()
+{
+    QGuiApplication::clipboard()->setImage(bulletPicture_);
 }
 
 void MainWindow::MaIL(const QString& address)

@@ -9,6 +9,7 @@
 #include "app/app_context.h"
 #include "app/frm_main_logic.h"
 #include "app/window_registry.h"
+#include "core/clipboard_guard.h"
 #include "core/ports.h"
 #include "core/procedures.h"
 
@@ -160,6 +161,13 @@ public:
     void AntEP() override;
     void StaMpa() override;
     void PaRImM() override;
+    // Picture bullets: the picture kept for each new line, and the clipboard
+    // borrowed while it is pasted.
+    void setBulletPicture(const QImage& picture) override;
+    bool bulletImmagine() const override { return !bulletPicture_.isNull(); }
+    void saveClipboard() override { clipGuard_.saveClipboard(); }
+    void restoreClipboard() override { clipGuard_.restoreClipboard(); }
+    void copyBulletPicture() override;
     void MaIL(const QString& address) override;
     // Runs a procedure that a feature folder registered; false while none is.
     bool runFeature(Feature feature, const QString& argument = QString());
@@ -186,6 +194,8 @@ protected:
     bool QueryUnload();
 
 private:
+    QImage bulletPicture_;
+    ClipboardGuard clipGuard_;
     // The menus, the context menus and the buttons, from the command table.
     void buildMenus();
     void buildToolbars();

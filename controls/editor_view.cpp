@@ -14,6 +14,7 @@
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QResizeEvent>
 #include <QScrollBar>
 #include <QStyleOptionGraphicsItem>
@@ -130,6 +131,37 @@ public:
         plain.state &= ~(QStyle::State_HasFocus | QStyle::State_Selected);
         QGraphicsTextItem::paint(painter, &plain, widget);
         FormatPainter::paintOverlay(painter, document(), option->exposedRect);
+        paintPictureSelection(painter);
+    }
+
+    // A picture does not show the selection colour through its pixels, so a
+    // selected picture gets a tinted frame of its own.
+    void paintPictureSelection(QPainter* painter) const
+    {
+        const QTextCursor c = textCursor();
+        if (c.selectionEnd() - c.selectionStart() != 1)
+            return;
+        QTextCursor at(document());
+        at.setPosition(c.selectionEnd());
+        if (!at.charFormat().isImageFormat())
+            return;
+        const QTextBlock block = document()->findBlock(c.selectionStart());
+        const QTextLayout* layout = block.layout();
+        if (!layout)
+            return;
+        const int rel = c.selectionStart() - block.position();
+        const QTextLine line = layout->lineForTextPosition(rel);
+        if (!line.isValid())
+            return;
+        const qreal x1 = line.cursorToX(rel);
+        const qreal x2 = line.cursorToX(rel + 1);
+        const QRectF r(layout->position().x() + std::min(x1, x2), layout->position().y() + line.y(),
+                       std::abs(x2 - x1), line.height());
+        painter->save();
+        painter->fillRect(r, QColor(51, 153, 255, 80));
+        painter->setPen(QPen(QColor(0, 90, 200), 1, Qt::DashLine));
+        painter->drawRect(r.adjusted(0.5, 0.5, -0.5, -0.5));
+        painter->restore();
     }
 
 protected:

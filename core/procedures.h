@@ -7,6 +7,8 @@
 
 #include "core/typing_assist.h"
 
+#include <QImage>
+
 #include <QString>
 
 namespace tornelia {
@@ -53,6 +55,10 @@ public:
     virtual void StaMpa() = 0;
     // The picture bullet of the current paragraph.
     virtual void PaRImM() = 0;
+    // The bullet picture chosen for the paragraphs (null turns the picture
+    // bullets off): each new line then starts with a copy of it. Only a
+    // window types new lines, so elsewhere there is nothing to keep.
+    virtual void setBulletPicture(const QImage& /*picture*/) {}
     // The word count window.
     virtual void CpAr() = 0;
     virtual void MaIL(const QString& address) = 0;

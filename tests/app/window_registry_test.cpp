@@ -90,8 +90,8 @@ TEST_F(WindowRegistryTest, EachWindowOpensOnceUnderTheMainWindow)
     // name, title and state; a modal one leaves nothing behind.
     const QStringList expected{
         "frmImp frmImp 'Imposta pagina' shown deleted on close",
-        "frmIm -",
-        "Form1 -",
+        "frmIm 'Immagine' modal",
+        "Form1 'Inserisci linea' modal",
         "form2 -",
         "form3 form3 'Inserisci caratteri speciali - Visualizzatore caratteri' shown deleted on close",
         "frmMai frmMai 'Maiuscolo - minuscolo' shown deleted on close",

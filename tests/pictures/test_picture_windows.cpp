@@ -1,0 +1,288 @@
+#include "core/ports.h"
+#include "core/rich_text_surface.h"
+#include "core/undo_store.h"
+#include "pictures/picture_size.h"
+#include "pictures/picture_windows.h"
+
+#include <gtest/gtest.h>
+
+#include <QClipboard>
+#include <QFile>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QUrl>
+
+using namespace tornelia;
+using namespace tornelia::pictures;
+
+namespace {
+
+class RecordingMessages final : public MessagePort {
+public:
+    QString mostraMsg(const QString& title, const QString& text, int, int) override
+    {
+        shown << title + QStringLiteral(": ") + text;
+        return {};
+    }
+    QString inputBox(const QString&, const QString&) override { return {}; }
+    QStringList shown;
+};
+
+class ScriptedDialogs final : public DialogPort {
+public:
+    std::optional<QString> openFile(const QString&, const QStringList&) override { return openAnswer; }
+    std::optional<QString> saveFile(const QString&, const QStringList&, const QString&) override { return saveAnswer; }
+    std::optional<QString> chooseFolder(const QString&) override { return std::nullopt; }
+    std::optional<FontChoice> chooseFont(const FontChoice&) override { return std::nullopt; }
+    std::optional<std::uint32_t> chooseColour(std::uint32_t) override { return std::nullopt; }
+    std::optional<QString> openAnswer;
+    std::optional<QString> saveAnswer;
+};
+
+QImage stripes(int w, int h)
+{
+    QImage img(w, h, QImage::Format_RGB32);
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x)
+            img.setPixel(x, y, (x / 10) % 2 ? qRgb(20, 90, 200) : qRgb(250, 220, 40));
+    return img;
+}
+
+struct Doc {
+    RichTextSurface testo;
+    UndoStore undo{testo};
+    RecordingMessages messages;
+    ScriptedDialogs dialogs;
+};
+
+// Selects the first picture of the document.
+void selectPicture(RichTextSurface& t)
+{
+    const long at = t.Text().indexOf(QChar(QChar::ObjectReplacementCharacter));
+    ASSERT_GE(at, 0);
+    t.setSelStart(at);
+    t.setSelLength(1);
+}
+
+// The sizes of the frames in an ODT's content, in centimetres.
+QList<QSizeF> odtFrames(const QString& odt)
+{
+    QProcess unzip;
+    unzip.start(QStringLiteral("unzip"), {QStringLiteral("-p"), odt, QStringLiteral("content.xml")});
+    unzip.waitForFinished(30000);
+    const QString xml = QString::fromUtf8(unzip.readAllStandardOutput());
+    QList<QSizeF> out;
+    static const QRegularExpression frame(
+        QStringLiteral("<draw:frame[^>]*svg:width=\"([0-9.]+)(cm|in)\"[^>]*svg:height=\"([0-9.]+)(cm|in)\""));
+    for (auto it = frame.globalMatch(xml); it.hasNext();) {
+        const auto m = it.next();
+        const double k = m.captured(2) == QLatin1String("in") ? 2.54 : 1.0;
+        out << QSizeF(m.captured(1).toDouble() * k, m.captured(3).toDouble() * (m.captured(4) == QLatin1String("in") ? 2.54 : 1.0));
+    }
+    return out;
+}
+
+}  // namespace
+
+TEST(FrmIm, InsertsThePictureAndKeepsTheUsersClipboard)
+{
+    QTemporaryDir dir;
+    const QString png = dir.filePath(QStringLiteral("foto.png"));
+    const QString jpg = dir.filePath(QStringLiteral("foto.jpg"));
+    const QString bmp = dir.filePath(QStringLiteral("foto.bmp"));
+    ASSERT_TRUE(stripes(120, 80).save(png));
+    ASSERT_TRUE(stripes(60, 40).save(jpg));
+    ASSERT_TRUE(stripes(30, 20).save(bmp));
+
+    Doc d;
+    d.testo.setText(QStringLiteral("prima  dopo"));
+    QGuiApplication::clipboard()->setText(QStringLiteral("appunti dell'utente"));
+
+    FrmIm im(d.testo, d.undo, d.dialogs, nullptr);
+    d.dialogs.openAnswer = png;
+    im.findChild<QPushButton*>(QStringLiteral("u1"))->click();  // browse: the chosen file is previewed
+    EXPECT_EQ(im.path(), png);
+    d.testo.setSelStart(6);
+    im.command3();
+
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("appunti dell'utente"));
+    EXPECT_EQ(d.testo.Text(), QStringLiteral("prima ") + QChar(QChar::ObjectReplacementCharacter) + QStringLiteral(" dopo"));
+    const QString rtf = d.testo.TextRTF();
+    EXPECT_TRUE(rtf.contains(QLatin1String("\\pngblip\\picw120\\pich80\\picwgoal1800\\pichgoal1200")))
+        << rtf.left(600).toStdString();
+
+    // JPEG keeps its own data; other formats come in as PNG.
+    im.immm(jpg);
+    im.command3();
+    im.immm(bmp);
+    im.command3();
+    const QString all = d.testo.TextRTF();
+    EXPECT_TRUE(all.contains(QLatin1String("\\jpegblip\\picw60\\pich40\\picwgoal900\\pichgoal600")));
+    EXPECT_TRUE(all.contains(QLatin1String("\\pngblip\\picw30\\pich20\\picwgoal450\\pichgoal300")));
+    EXPECT_EQ(d.testo.Text().count(QChar(QChar::ObjectReplacementCharacter)), 3);
+
+    // A path that is empty or gone changes nothing and says nothing.
+    const QString before = d.testo.TextRTF();
+    im.immm(dir.filePath(QStringLiteral("sparita.png")));
+    im.command3();
+    im.immm(QString());
+    im.command3();
+    EXPECT_EQ(d.testo.TextRTF(), before);
+
+    // The insertion is one step of undo.
+    d.undo.UnDoo();
+    EXPECT_EQ(d.testo.Text().count(QChar(QChar::ObjectReplacementCharacter)), 2);
+}
+
+TEST(FrmImProp, ResizesToFiveByThreeCentimetresAndSurvivesSaving)
+{
+    QTemporaryDir dir;
+    const QString png = dir.filePath(QStringLiteral("foto.png"));
+    ASSERT_TRUE(stripes(120, 80).save(png));
+    Doc d;
+    d.testo.setText(QStringLiteral("Una foto: "));
+    d.testo.setSelStart(10);
+    FrmIm im(d.testo, d.undo, d.dialogs, nullptr);
+    im.immm(png);
+    im.command3();
+    selectPicture(d.testo);
+
+    {
+        FrmImProp prop(d.testo, d.messages, d.dialogs, selectedPicture(d.testo), nullptr);
+        EXPECT_EQ(prop.side(0)->text(), QStringLiteral("1800"));
+        EXPECT_EQ(prop.side(1)->text(), QStringLiteral("1200"));
+        EXPECT_EQ(prop.centimetres(0), QStringLiteral("3,17 cm"));
+
+        // In proportion, the height follows the width.
+        prop.side(0)->setText(QStringLiteral("2835"));
+        EXPECT_EQ(prop.side(1)->text(), QStringLiteral("1890"));
+        EXPECT_EQ(prop.centimetres(1), QStringLiteral("3,33 cm"));
+
+        // A letter in a box is refused with the message, and nothing moves.
+        prop.side(1)->setText(QStringLiteral("12x"));
+        EXPECT_EQ(prop.side(0)->text(), QStringLiteral("2835"));
+        EXPECT_EQ(d.messages.shown, QStringList{QStringLiteral("Errore dati: Contenuti non numerici!")});
+
+        prop.setKeepsProportion(false);
+        prop.side(1)->setText(QStringLiteral("1701"));
+        EXPECT_EQ(prop.side(0)->text(), QStringLiteral("2835"));
+        EXPECT_EQ(prop.centimetres(0), QStringLiteral("5,00 cm"));
+        EXPECT_EQ(prop.centimetres(1), QStringLiteral("3,00 cm"));
+        prop.apply();
+        EXPECT_EQ(d.testo.SelLength(), 1);  // the picture is selected again
+        const PictureSize now = readPictureSize(d.testo.SelRTF());
+        EXPECT_EQ(now.width, QStringLiteral("2835"));
+        EXPECT_EQ(now.height, QStringLiteral("1701"));
+
+        // Saving the picture from the dialog writes its image.
+        d.dialogs.saveAnswer = dir.filePath(QStringLiteral("salvata.png"));
+        prop.savePicture();
+        EXPECT_EQ(QImage(*d.dialogs.saveAnswer).size(), QSize(120, 80));
+    }
+
+    const QString saved = dir.filePath(QStringLiteral("con foto.rtf"));
+    d.testo.SaveFile(saved, RichTextSurface::RtfKind);
+
+    // Reopened in the program: one picture, at 5 x 3 cm.
+    RichTextSurface again;
+    again.LoadFile(saved, RichTextSurface::RtfKind);
+    EXPECT_EQ(again.Text().count(QChar(QChar::ObjectReplacementCharacter)), 1);
+    selectPicture(again);
+    const PictureSize reread = readPictureSize(again.SelRTF());
+    EXPECT_EQ(reread.width, QStringLiteral("2835"));
+    EXPECT_EQ(reread.height, QStringLiteral("1701"));
+    EXPECT_EQ(selectedPicture(again).size(), QSize(120, 80));
+
+    // Another word processor sees the same picture at the same size.
+    const QString soffice = QStandardPaths::findExecutable(QStringLiteral("soffice"));
+    if (soffice.isEmpty())
+        GTEST_SKIP() << "soffice is not installed";
+    QProcess lo;
+    lo.start(soffice, {QStringLiteral("-env:UserInstallation=file://") + dir.filePath(QStringLiteral("profile")),
+                       QStringLiteral("--headless"), QStringLiteral("--convert-to"), QStringLiteral("odt"),
+                       QStringLiteral("--outdir"), dir.path(), saved});
+    ASSERT_TRUE(lo.waitForFinished(180000));
+    const QList<QSizeF> frames = odtFrames(dir.filePath(QStringLiteral("con foto.odt")));
+    ASSERT_EQ(frames.size(), 1);
+    EXPECT_NEAR(frames[0].width(), 5.0, 0.02);
+    EXPECT_NEAR(frames[0].height(), 3.0, 0.02);
+}
+
+TEST(Form1, DrawsTheGradientAndInsertsTheLine)
+{
+    Doc d;
+    QTemporaryDir dir;
+    const QString temp = dir.filePath(QStringLiteral("temp"));
+    Form1 f(d.testo, d.undo, d.messages, temp, [](Colour) { return std::optional<Colour>(0x00FF00); }, nullptr);
+    f.setShape(2);  // the thick line: every pixel drawn
+    f.setColour(0, 0x0000FF);
+    f.setColour(1, 0xFF0000);
+    const QImage line = f.Gradiente();
+    ASSERT_FALSE(line.isNull());
+    const std::vector<Colour> columns = gradientColumns(0x0000FF, 0xFF0000, line.width());
+    for (int x = 0; x < line.width(); x += 37) {
+        const QRgb p = line.pixel(x, line.height() / 2);
+        EXPECT_EQ(Colour(qRed(p)) | Colour(qGreen(p)) << 8 | Colour(qBlue(p)) << 16, columns[size_t(x)]) << x;
+    }
+    d.testo.setText(QStringLiteral("sopra\r\nsotto"));
+    d.testo.setSelStart(7);
+    f.insert();
+    EXPECT_TRUE(QFile::exists(temp + QStringLiteral("/temp1.bmp")));
+    EXPECT_EQ(d.testo.Text().count(QChar(QChar::ObjectReplacementCharacter)), 1);
+    selectPicture(d.testo);
+    EXPECT_EQ(selectedPicture(d.testo).size(), line.size());
+}
+
+TEST(FrmPar, OffersTheShippedBullets)
+{
+    FrmPar p(nullptr);
+    EXPECT_GE(p.count(), 12);
+    p.choose(3);
+    EXPECT_FALSE(p.chosen().isNull());
+    EXPECT_LE(p.chosen().width(), 32);
+    EXPECT_GE(shippedPictures(QStringLiteral("lines")).size(), 5);
+}
+
+TEST(FrmIm, InsertsALinkThatOtherProgramsFollow)
+{
+    QTemporaryDir dir;
+    const QString png = dir.filePath(QStringLiteral("collegata.png"));
+    ASSERT_TRUE(stripes(90, 30).save(png));
+    Doc d;
+    d.testo.setText(QStringLiteral("Vedi: "));
+    d.testo.setSelStart(6);
+    FrmIm im(d.testo, d.undo, d.dialogs, nullptr);
+    im.immm(png);
+    im.setAsLink(true);
+    im.command3();
+
+    // The view shows the file; the document names it and keeps no copy.
+    selectPicture(d.testo);
+    EXPECT_EQ(selectedPicture(d.testo).size(), QSize(90, 30));
+    const QString saved = dir.filePath(QStringLiteral("link.rtf"));
+    d.testo.SaveFile(saved, RichTextSurface::RtfKind);
+    QFile f(saved);
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    const QByteArray rtf = f.readAll();
+    EXPECT_TRUE(rtf.contains("{\\field{\\*\\fldinst INCLUDEPICTURE \"" + QUrl::fromLocalFile(png).toEncoded() +
+                             "\" \\\\d}{\\fldrslt }}"))
+        << rtf.toStdString();
+    EXPECT_FALSE(rtf.contains("\\pict"));
+
+    const QString soffice = QStandardPaths::findExecutable(QStringLiteral("soffice"));
+    if (soffice.isEmpty())
+        GTEST_SKIP() << "soffice is not installed";
+    QProcess lo;
+    lo.start(soffice, {QStringLiteral("-env:UserInstallation=file://") + dir.filePath(QStringLiteral("profile")),
+                       QStringLiteral("--headless"), QStringLiteral("--convert-to"), QStringLiteral("odt"),
+                       QStringLiteral("--outdir"), dir.path(), saved});
+    ASSERT_TRUE(lo.waitForFinished(180000));
+    const QList<QSizeF> frames = odtFrames(dir.filePath(QStringLiteral("link.odt")));
+    ASSERT_EQ(frames.size(), 1);  // the linked file, once
+    EXPECT_NEAR(frames[0].width(), 90 * 2.54 / 96, 0.02);
+}
