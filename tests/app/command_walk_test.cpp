@@ -7,6 +7,7 @@
 #include "controls/form_tast.h"
 #include "core/autosave.h"
 #include "core/undo_store.h"
+#include "services/doc_services.h"
 #include "test_ports.h"
 
 #include <QAction>
@@ -118,12 +119,14 @@ const std::map<QString, std::function<void(MainWindow&, RichTextSurface&)>>& pre
     return steps;
 }
 
-// Rows that may do nothing: the hidden upper-case entry, and a program
-// of our own that is not installed next to this one.
+// Rows that may do nothing: the hidden upper-case entry, and the programs
+// of our own that are not installed next to this one.
 bool mayDoNothing(MainWindow& w, const QString& id)
 {
     if (id == QLatin1String("mnuSarbena"))
         return w.logic().findProgram(QStringLiteral("sarbena.exe")).isEmpty();
+    if (id == QLatin1String("mnuExCr1"))
+        return findTool(QStringLiteral("encrypt"), toolFolders(w.context().dataFolder())).isEmpty();
     return id == QLatin1String("mnuMaiuscoleF2");
 }
 
