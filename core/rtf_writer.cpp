@@ -231,8 +231,12 @@ void Writer::writeCharWords(const CharWords& w)
         if (w.underline != l.underline) { out_ += u'\\' + w.underline; needBlank_ = true; }
         if (w.bold != l.bold) word(w.bold ? "\\b" : "\\b0");
         if (w.italic != l.italic) word(w.italic ? "\\i" : "\\i0");
+        // To a reader a double strike is also a strike, and \striked0 ends
+        // both: it goes before a single strike that starts, and \striked1
+        // after one that ends.
+        if (l.doubleStrike && !w.doubleStrike) word("\\striked0");
         if (w.strike != l.strike) word(w.strike ? "\\strike" : "\\strike0");
-        if (w.doubleStrike != l.doubleStrike) word(w.doubleStrike ? "\\striked1" : "\\striked0");
+        if (w.doubleStrike && !l.doubleStrike) word("\\striked1");
         if (w.hidden != l.hidden) word(w.hidden ? "\\v" : "\\v0");
         if (w.offset != l.offset) {
             if (w.offset > 0) word("\\up", w.offset);

@@ -193,6 +193,22 @@ TEST(RtfSamples, SuperSubSmallCapsAndDoubleStrikeAreKeptAndWritten)
     EXPECT_EQ(str(shown), str({"2:2:0", "2:1:0", "raised:0:25", "lowered:0:-16.6667"}));
 }
 
+// Going from a double to a single strike, the writer must end the double
+// one first: \striked0 also ends the single strike a reader has just begun.
+TEST(RtfSamples, DoubleThenSingleStrikeKeepsBothThroughTheRoundTrip)
+{
+    RichTextSurface s;
+    s.setTextRTF(QStringLiteral("{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0\\fs24\\striked1 twice\\striked0\\strike  once"
+                                "\\strike0  none\\striked1  again\\par}"));
+    const QStringList runs{"¶", "twice|Arial,12,double_strike=true,strike=true", " once|Arial,12,strike=true",
+                           " none|Arial,12", " again|Arial,12,double_strike=true,strike=true"};
+    EXPECT_EQ(str(summary(s)), str(runs));
+    RichTextSurface back;
+    back.setTextRTF(s.TextRTF());
+    EXPECT_EQ(str(summary(back)), str(runs)) << s.TextRTF().toStdString();
+    EXPECT_TRUE(test::wholeRoundTripHolds(s));
+}
+
 TEST(RtfSamples, TabStopsAreKeptLaidOutAndWritten)
 {
     RichTextSurface s;
