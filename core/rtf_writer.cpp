@@ -115,7 +115,9 @@ private:
         const bool firstText = firstText_;
         firstText_ = false;
         needBlank_ = false;
-        writeText(text, CharWords{});
+        // A \tab ends a label for a reader, so a tab inside one cannot be
+        // written; without it the label reads back as it was written.
+        writeText(QString(text).remove(u'\t'), CharWords{});
         firstText_ = firstText;
     }
     void word(const char* w) { out_ += QLatin1String(w); needBlank_ = true; }
@@ -135,6 +137,9 @@ private:
     std::vector<Colour> colours_;
     QHash<quint32, int> colourIndex_;
     int symbolFont_ = -1;
+    // The font list labels are written in: a symbol font would turn their
+    // bytes into symbols when they are read back.
+    int labelFont_ = 0;
     std::unordered_map<int, CharWords> wordCache_;
     std::optional<CharWords> last_;
     QString out_;
@@ -259,7 +264,7 @@ void Writer::writeListText(const ParaWords& p, const QString& label)
     if (isPlainBullet(p)) {
         out_ += QStringLiteral("{\\pntext\\f%1\\'B7\\tab}").arg(symbolFont_);
     } else {
-        out_ += QLatin1String("{\\pntext\\f0 ");
+        out_ += QStringLiteral("{\\pntext\\f%1 ").arg(labelFont_);
         writeLabel(label);
         out_ += QLatin1String("\\tab}");
     }
@@ -275,12 +280,13 @@ void Writer::writeParaWords(const ParaWords& p, bool first, const QString& label
         if (isPlainBullet(p)) {
             out_ += QStringLiteral("{\\*\\pn\\pnlvlblt\\pnf%1\\pnindent0{\\pntxtb\\'B7}}").arg(symbolFont_);
         } else if (p.list.type == 1) {
-            out_ += QLatin1String("{\\*\\pn\\pnlvlblt\\pnf0\\pnindent0{\\pntxtb ");
+            out_ += QStringLiteral("{\\*\\pn\\pnlvlblt\\pnf%1\\pnindent0{\\pntxtb ").arg(labelFont_);
             writeLabel(p.list.before);
             out_ += QLatin1String("}}");
         } else {
             static const char* const styles[] = {"pndec", "pnucrm", "pnlcrm", "pnucltr", "pnlcltr"};
-            out_ += QStringLiteral("{\\*\\pn\\pnlvlbody\\pnf0\\pnindent0\\pnstart%1\\%2")
+            out_ += QStringLiteral("{\\*\\pn\\pnlvlbody\\pnf%1\\pnindent0\\pnstart%2\\%3")
+                        .arg(labelFont_)
                         .arg(number)
                         .arg(QLatin1String(styles[std::clamp(p.list.style, 0, 4)]));
             if (!p.list.before.isEmpty()) {
@@ -398,6 +404,7 @@ QString Writer::run()
     std::vector<Item> items;
     bool anyFormat = false;
     bool anyBullet = false;  // a plain bullet, written in the Symbol font
+    bool anyLabel = false;   // a list label of its own, written in a text font
     QTextBlock block = doc_.findBlock(from_);
     for (bool first = true; block.isValid() && (first || whole_ || block.position() < to_); first = false, block = block.next()) {
         const int start = block.position();
@@ -411,6 +418,7 @@ QString Writer::run()
             para.number = listStart(list->format()) + list->itemNumber(block);
         }
         anyBullet = anyBullet || isPlainBullet(para.para);
+        anyLabel = anyLabel || (para.para.bullet && !isPlainBullet(para.para));
         items.push_back(para);
         bool any = false;
         for (auto it = block.begin(); !it.atEnd(); ++it) {
@@ -454,6 +462,15 @@ QString Writer::run()
     for (const Item& item : items)
         if (item.kind == Item::Run || item.kind == Item::MarkFormat)
             wordsOf(item.format, item.formatKey);
+    if (anyLabel) {
+        const auto text = std::find_if(fonts_.begin(), fonts_.end(), [](const FontEntry& f) { return f.charset != 2; });
+        if (text == fonts_.end()) {
+            fonts_.push_back(FontEntry{QStringLiteral("Arial"), QStringLiteral("fswiss"), 0, -1});
+            labelFont_ = int(fonts_.size() - 1);
+        } else {
+            labelFont_ = int(text - fonts_.begin());
+        }
+    }
     if (anyBullet) {
         fonts_.push_back(FontEntry{QStringLiteral("Symbol"), QStringLiteral("fnil"), 2, -1});
         symbolFont_ = int(fonts_.size() - 1);

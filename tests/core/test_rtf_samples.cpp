@@ -209,6 +209,19 @@ TEST(RtfSamples, DoubleThenSingleStrikeKeepsBothThroughTheRoundTrip)
     EXPECT_TRUE(test::wholeRoundTripHolds(s));
 }
 
+// List labels are written in a text font: when a symbol font comes first in
+// the written table, labels in it would come back as symbols.
+TEST(RtfSamples, ListLabelsStayTextWhenTheFirstFontIsASymbolFont)
+{
+    RichTextSurface s;
+    s.setTextRTF(QStringLiteral("{\\rtf1\\ansi{\\fonttbl{\\f0\\fnil\\fcharset2 Wingdings;}{\\f1 Arial;}}"
+                                "{\\pntext\\f1 a)\\tab}{\\*\\pn\\pnlvlbody\\pnf1\\pnstart1\\pnlcltr{\\pntxta )}}"
+                                "\\f0\\fs24 \\'e0\\f1  uno\\par}"));
+    const QString rtf = s.TextRTF();
+    EXPECT_TRUE(rtf.contains(QLatin1String("{\\pntxta )}"))) << rtf.toStdString();
+    EXPECT_TRUE(test::wholeRoundTripHolds(s)) << rtf.toStdString();
+}
+
 TEST(RtfSamples, TabStopsAreKeptLaidOutAndWritten)
 {
     RichTextSurface s;
