@@ -4,6 +4,7 @@
 // it then kept the event loop to itself while filling: what a click or a
 // key may have to wait.
 
+#include "widgets_main.h"
 #include "core/ports.h"
 #include "core/settings.h"
 #include "filedialog/cd_logic.h"
@@ -91,13 +92,5 @@ BENCHMARK(BM_WindowFills10k)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QStandardPaths::setTestModeEnabled(true);
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return tornelia::bench::runWithWidgets(argc, argv);
 }

@@ -5,6 +5,7 @@
 //
 //   tornelia_bench_print [benchmark options]
 
+#include "widgets_main.h"
 #include "controls/editor_view.h"
 #include "core/ports.h"
 #include "core/rich_text_surface.h"
@@ -125,13 +126,5 @@ BENCHMARK(BM_PageViewTyping300Pages)->Arg(1)->Arg(0)->Unit(benchmark::kMilliseco
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QStandardPaths::setTestModeEnabled(true);
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return tornelia::bench::runWithWidgets(argc, argv);
 }

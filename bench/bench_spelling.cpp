@@ -7,6 +7,7 @@
 //
 //   tornelia_bench_spelling [benchmark options]
 
+#include "widgets_main.h"
 #include "bench/rtf_samples.h"
 #include "controls/editor_view.h"
 #include "core/ports.h"
@@ -116,14 +117,5 @@ BENCHMARK(BM_MarkOpenedDocument)->Arg(1000000)->Unit(benchmark::kMillisecond)->I
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QStandardPaths::setTestModeEnabled(true);
-    // The editing view is a widget.
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return tornelia::bench::runWithWidgets(argc, argv);
 }

@@ -11,6 +11,7 @@
 // (cpu_p50_ms, cpu_p99_ms) holds on a busy machine, where the wall clock
 // also counts the time other programs had the processor.
 
+#include "widgets_main.h"
 #include "app/app_context.h"
 #include "app/main_window.h"
 #include "bench/bench_ports.h"
@@ -176,13 +177,5 @@ BENCHMARK(BM_OpenRtf16MB)->Unit(benchmark::kMillisecond)->Iterations(2);
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QStandardPaths::setTestModeEnabled(true);
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return tornelia::bench::runWithWidgets(argc, argv);
 }
