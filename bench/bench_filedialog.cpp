@@ -4,7 +4,7 @@
 // it then kept the event loop to itself while filling: what a click or a
 // key may have to wait.
 
-#include "widgets_main.h"
+#include "bench/widgets_main.h"
 #include "core/ports.h"
 #include "core/settings.h"
 #include "filedialog/cd_logic.h"

@@ -5,7 +5,7 @@
 //
 //   tornelia_bench_print [benchmark options]
 
-#include "widgets_main.h"
+#include "bench/widgets_main.h"
 #include "controls/editor_view.h"
 #include "core/ports.h"
 #include "core/rich_text_surface.h"

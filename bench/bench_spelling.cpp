@@ -7,7 +7,7 @@
 //
 //   tornelia_bench_spelling [benchmark options]
 
-#include "widgets_main.h"
+#include "bench/widgets_main.h"
 #include "bench/rtf_samples.h"
 #include "controls/editor_view.h"
 #include "core/ports.h"

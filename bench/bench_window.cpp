@@ -11,7 +11,7 @@
 // (cpu_p50_ms, cpu_p99_ms) holds on a busy machine, where the wall clock
 // also counts the time other programs had the processor.
 
-#include "widgets_main.h"
+#include "bench/widgets_main.h"
 #include "app/app_context.h"
 #include "app/main_window.h"
 #include "bench/bench_ports.h"
