@@ -15,6 +15,7 @@
 #include <QTextBlock>
 #include <QTextLayout>
 #include <QTextList>
+#include <QTextTable>
 
 #include <algorithm>
 #include <cmath>
@@ -57,15 +58,32 @@ QString toSymbolBytes(const QString& text)
     return out;
 }
 
-// The document's raw characters as Text shows them: a paragraph break as
-// CR LF, a line break inside a paragraph as a vertical tab.
-QString toSurfaceText(QStringView raw)
+bool isBlockBoundary(QChar c)
 {
-    const qsizetype breaks = std::count(raw.begin(), raw.end(), QChar(QChar::ParagraphSeparator));
-    QString t(raw.size() + breaks, Qt::Uninitialized);
+    return c == QChar::ParagraphSeparator || c == QChar(0xFDD0) || c == QChar(0xFDD1);
+}
+
+// The document's raw characters as Text shows them: a paragraph break as
+// CR LF, a line break inside a paragraph as a vertical tab. Table cells
+// begin and end at boundaries of their own: the boundary of a cell that
+// follows another in its row is a tab, every other one a paragraph break.
+// cellTabs: document positions of those tab boundaries; offset: where raw
+// starts in the document.
+QString toSurfaceText(QStringView raw, const std::vector<int>& cellTabs = {}, int offset = 0)
+{
+    const qsizetype breaks = std::count_if(raw.begin(), raw.end(), isBlockBoundary);
+    auto tab = std::lower_bound(cellTabs.begin(), cellTabs.end(), offset);
+    const auto tabEnd = std::lower_bound(tab, cellTabs.end(), offset + int(raw.size()));
+    QString t(raw.size() + breaks - (tabEnd - tab), Qt::Uninitialized);
     QChar* out = t.data();
-    for (const QChar c : raw) {
-        if (c == QChar::ParagraphSeparator) {
+    for (qsizetype i = 0; i < raw.size(); ++i) {
+        const QChar c = raw[i];
+        if (isBlockBoundary(c)) {
+            if (tab != tabEnd && *tab == offset + int(i)) {
+                ++tab;
+                *out++ = u'\t';
+                continue;
+            }
             *out++ = u'\r';
             *out++ = u'\n';
         } else if (c == QChar::LineSeparator) {
@@ -125,7 +143,7 @@ void RichTextSurface::onContentsChange()
         QString raw(std::max(0, docEnd - sp.docFrom), Qt::Uninitialized);
         for (int i = 0; i < raw.size(); ++i)
             raw[i] = doc_->characterAt(sp.docFrom + i);
-        textCache_.replace(sp.from, sp.removed, toSurfaceText(raw));
+        textCache_.replace(sp.from, sp.removed, toSurfaceText(raw, cellTabs(), sp.docFrom));
         // A removal that crossed a table or a frame may have left more than
         // it was asked to; the length (cheap to know) catches it.
         if (textCache_.size() != length())
@@ -133,15 +151,62 @@ void RichTextSurface::onContentsChange()
     } else {
         textCacheValid_ = false;
     }
+    cellTabsValid_ = false;
     pendingSplice_.reset();
     emit Change();
 }
 
 // ---------------------------------------------------------------- positions
 
+namespace {
+
+// Cells that follow another cell of their row, table by table, nested ones too.
+void collectCellTabs(const QTextFrame* frame, std::vector<int>& out)
+{
+    for (const QTextFrame* child : frame->childFrames()) {
+        if (const auto* table = qobject_cast<const QTextTable*>(child)) {
+            for (int r = 0; r < table->rows(); ++r) {
+                bool first = true;
+                for (int c = 0; c < table->columns(); ++c) {
+                    const QTextTableCell cell = table->cellAt(r, c);
+                    if (cell.row() != r || cell.column() != c)
+                        continue;
+                    if (!first)
+                        out.push_back(cell.firstPosition() - 1);
+                    first = false;
+                }
+            }
+        }
+        collectCellTabs(child, out);
+    }
+}
+
+}  // namespace
+
+const std::vector<int>& RichTextSurface::cellTabs() const
+{
+    // Edits inside an edit block report the change only at its end: the
+    // document's size tells a stale list as well.
+    const std::pair<int, int> size{doc_->characterCount(), doc_->blockCount()};
+    if (!cellTabsValid_ || size != cellTabsSize_) {
+        cellTabs_.clear();
+        collectCellTabs(doc_->rootFrame(), cellTabs_);
+        std::sort(cellTabs_.begin(), cellTabs_.end());
+        cellTabsValid_ = true;
+        cellTabsSize_ = size;
+    }
+    return cellTabs_;
+}
+
+long RichTextSurface::tabsBefore(int docPos) const
+{
+    const std::vector<int>& tabs = cellTabs();
+    return long(std::lower_bound(tabs.begin(), tabs.end(), docPos) - tabs.begin());
+}
+
 long RichTextSurface::length() const
 {
-    return doc_->characterCount() - 1 + doc_->blockCount() - 1;
+    return doc_->characterCount() - 1 + doc_->blockCount() - 1 - long(cellTabs().size());
 }
 
 int RichTextSurface::toDocPos(long pos) const
@@ -152,21 +217,22 @@ int RichTextSurface::toDocPos(long pos) const
     int hi = doc_->blockCount() - 1;
     while (lo < hi) {
         const int mid = (lo + hi + 1) / 2;
-        const long start = doc_->findBlockByNumber(mid).position() + mid;
+        const int at = doc_->findBlockByNumber(mid).position();
+        const long start = at + mid - tabsBefore(at);
         if (start <= pos)
             lo = mid;
         else
             hi = mid - 1;
     }
     const QTextBlock block = doc_->findBlockByNumber(lo);
-    const long offset = std::min<long>(pos - (block.position() + lo), block.length() - 1);
+    const long offset = std::min<long>(pos - (block.position() + lo - tabsBefore(block.position())), block.length() - 1);
     return block.position() + int(offset);
 }
 
 long RichTextSurface::fromDocPos(int docPos) const
 {
     const QTextBlock block = doc_->findBlock(docPos);
-    return docPos + (block.isValid() ? block.blockNumber() : doc_->blockCount() - 1);
+    return docPos + (block.isValid() ? block.blockNumber() : doc_->blockCount() - 1) - tabsBefore(docPos);
 }
 
 // ---------------------------------------------------------------- document
@@ -174,7 +240,7 @@ long RichTextSurface::fromDocPos(int docPos) const
 QString RichTextSurface::Text() const
 {
     if (!textCacheValid_) {
-        textCache_ = toSurfaceText(doc_->toRawText());
+        textCache_ = toSurfaceText(doc_->toRawText(), cellTabs());
         textCacheValid_ = true;
     }
     return textCache_;
@@ -389,8 +455,74 @@ QString RichTextSurface::SelRTF() const
     return writeRtf(*doc_, cursor_.selectionStart(), cursor_.selectionEnd(), false, defaultFormat_);
 }
 
+// RTF over a selection that crosses table cells: when it holds the same
+// characters (the colour effects, the toggles and the highlight change only
+// formats), its formats go onto the selection character by character and
+// the rows stay as they are; a paste of other text replaces the cells' text.
+bool RichTextSurface::restyleAcrossCells(const QString& rtf)
+{
+    const int from = cursor_.selectionStart();
+    const int to = cursor_.selectionEnd();
+    std::vector<int> mine;
+    bool crossesCells = false;
+    for (int p = from; p < to; ++p) {
+        const QChar c = doc_->characterAt(p);
+        if (c == QChar(0xFDD0) || c == QChar(0xFDD1))
+            crossesCells = true;
+        else if (c != QChar::ParagraphSeparator)
+            mine.push_back(p);
+    }
+    if (!crossesCells && !cursor_.hasComplexSelection())
+        return false;
+    QTextDocument scratch;
+    scratch.setUndoRedoEnabled(false);
+    QTextCursor sc(&scratch);
+    RtfReadOptions options;
+    options.wholeDocument = false;
+    options.baseFormat = defaultFormat_;
+    tornelia::readRtf(QStringView(rtf), sc, options);
+    std::vector<int> theirs;
+    for (int p = 0; p < scratch.characterCount() - 1; ++p) {
+        const QChar c = scratch.characterAt(p);
+        if (c != QChar(0xFDD0) && c != QChar(0xFDD1) && c != QChar::ParagraphSeparator)
+            theirs.push_back(p);
+    }
+    if (theirs.size() != mine.size())
+        return false;
+    for (size_t i = 0; i < mine.size(); ++i)
+        if (doc_->characterAt(mine[i]) != scratch.characterAt(theirs[i]))
+            return false;
+    QTextCursor c(doc_);
+    c.beginEditBlock();
+    QTextCursor probe(&scratch);
+    for (size_t i = 0; i < mine.size();) {
+        // One run: consecutive in both documents, one format.
+        probe.setPosition(theirs[i] + 1);
+        const QTextCharFormat f = probe.charFormat();
+        size_t j = i + 1;
+        while (j < mine.size() && mine[j] == mine[j - 1] + 1 && theirs[j] == theirs[j - 1] + 1) {
+            probe.setPosition(theirs[j] + 1);
+            if (probe.charFormat() != f)
+                break;
+            ++j;
+        }
+        if (!f.isImageFormat()) {
+            c.setPosition(mine[i]);
+            c.setPosition(mine[j - 1] + 1, QTextCursor::KeepAnchor);
+            c.setCharFormat(f);
+        }
+        i = j;
+    }
+    c.endEditBlock();
+    pendingFormat_.reset();
+    notifySelection();
+    return true;
+}
+
 void RichTextSurface::setSelRTF(const QString& rtf)
 {
+    if (cursor_.hasSelection() && startsWithRtf(rtf) && restyleAcrossCells(rtf))
+        return;
     cursor_.beginEditBlock();
     cursor_.removeSelectedText();
     if (startsWithRtf(rtf))
@@ -864,7 +996,7 @@ long RichTextSurface::LineIndex(long line) const
         return -1;
     if (textWidth_ < 0) {
         const QTextBlock b = doc_->findBlockByNumber(int(line));
-        return b.isValid() ? b.position() + b.blockNumber() : -1;
+        return b.isValid() ? fromDocPos(b.position()) : -1;
     }
     // From the anchor's paragraph, up or down to the one holding the line.
     QTextBlock b = doc_->findBlockByNumber(std::max(0, lineAnchor_.block));
@@ -881,7 +1013,7 @@ long RichTextSurface::LineIndex(long line) const
             const QTextLayout* layout = b.layout();
             const int k = int(line - n);
             const int textStart = layout && layout->lineCount() > k ? layout->lineAt(k).textStart() : 0;
-            return b.position() + b.blockNumber() + textStart;
+            return fromDocPos(b.position()) + textStart;
         }
         n += lines;
         b = b.next();

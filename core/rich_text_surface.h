@@ -3,10 +3,11 @@
 // The rich text control of the program: the text, the formats, the caret and
 // the selection of one document, over a QTextDocument and one QTextCursor.
 //
-// Positions are those of Text(): a paragraph break counts two (CR LF). The
-// QTextDocument counts one, so every position crossing this interface is
-// mapped. A position that falls between CR and LF means the end of that
-// paragraph.
+// Positions are those of Text(): a paragraph break counts two (CR LF), and
+// so does the end of a table row; the end of any other table cell counts one
+// (a tab). The QTextDocument counts one for each, so every position crossing
+// this interface is mapped. A position that falls between CR and LF means
+// the end of that paragraph.
 
 #include <QObject>
 #include <QString>
@@ -18,6 +19,8 @@
 #include <functional>
 #include <optional>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 namespace tornelia {
 
@@ -212,6 +215,7 @@ private:
     void replaceWithPlainText(const QString& text);
     void readRtf(const QString& rtf, bool wholeDocument);
     void replaceWithRtf(const std::function<void()>& read);
+    bool restyleAcrossCells(const QString& rtf);
 
     QTextDocument* doc_;
     QTextCursor cursor_;
@@ -222,6 +226,12 @@ private:
     qreal textWidth_ = -1;
     int zoomNum_ = 0;
     int zoomDen_ = 0;
+    // Document positions of the cell boundaries that Text shows as a tab.
+    const std::vector<int>& cellTabs() const;
+    long tabsBefore(int docPos) const;
+    mutable std::vector<int> cellTabs_;
+    mutable bool cellTabsValid_ = false;
+    mutable std::pair<int, int> cellTabsSize_{-1, -1};
     mutable QString textCache_;
     mutable bool textCacheValid_ = false;
     // The edit setSelText is making, in Text positions, for the cache: the

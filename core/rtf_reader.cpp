@@ -5,6 +5,7 @@
 #include "core/rich_text_surface.h"
 #include "core/rtf_keywords.h"
 #include "core/rtf_lexer.h"
+#include "core/rtf_table.h"
 #include "core/text_format.h"
 
 #include <QTextBlock>
@@ -90,6 +91,7 @@ struct ParaState {
     bool pnFresh = false;  // this paragraph has its own {\*\pn}: a list starts here
     std::vector<TabStop> tabs;
     TabStop nextTab;  // kind and leader words wait for their \tx
+    int itap = 0;     // table nesting: 0 body, 1 a table's cell, 2 a table in a cell ...
     bool operator==(const ParaState&) const = default;
 };
 
@@ -189,7 +191,8 @@ public:
 class Reader {
 public:
     Reader(QByteArrayView src, QTextCursor& cursor, const RtfReadOptions& options)
-        : src_(src), cursor_(cursor), opt_(options), skip_(*this)
+        : src_(src), cursor_(cursor), opt_(options), skip_(*this),
+          tables_(cursor, [this](int i) { return i >= 0 && i < int(colours_.size()) ? colours_[size_t(i)] : std::nullopt; })
     {
         origBlockFormat_ = cursor_.blockFormat();
         stack_.reserve(64);
@@ -233,6 +236,14 @@ private:
     void unicodeChar(char32_t c);
     bool stateWord(const Keyword& w, bool hasParam, int value);
     bool bodyWord(const Keyword& w, bool hasParam, int value);
+
+    // --- tables: the rows go to QTextTables through tables_
+    bool tableWord(std::string_view name, bool hasParam, int param);
+    int contentLevel() const;
+    void tableLevel(int level);
+    void tableCell(int level);
+    void tableRow(int level);
+    std::optional<rtftable::RowDef> scanRow(int level) const;
 
     // --- the builder: what the body writes into the document
     void flushBytes();
@@ -286,6 +297,12 @@ private:
     std::map<std::pair<int, int>, QPointer<QTextList>> lsLists_;
     std::unordered_map<CharState, QTextCharFormat, CharStateHash> formatCache_;
     std::unordered_map<int, std::unique_ptr<ByteDecoder>> decoders_;
+
+    rtftable::Builder tables_;
+    const RtfLexer* lexer_ = nullptr;
+    // After \trowd or a \cell, text goes to the row until its \row, with or
+    // without \intbl: some writers leave the word out.
+    bool implicitRow_ = false;
 };
 
 // {\fonttbl{\f0\fswiss\fcharset0 Arial;}...}
@@ -735,6 +752,7 @@ bool Reader::shapePictureWanted() const
 void Reader::run()
 {
     RtfLexer lexer(src_);
+    lexer_ = &lexer;
     for (RtfToken t = lexer.next(); t.type != RtfToken::End && !done_; t = lexer.next()) {
         switch (t.type) {
         case RtfToken::GroupOpen:
@@ -768,6 +786,12 @@ void Reader::run()
     flushBytes();
     flushText();
     pendingCellTab_ = false;
+    if (tables_.depth() > 0) {
+        // A file ending inside a table: what was read stays in the table.
+        tables_.closeAll();
+        pendingBreak_ = false;
+    }
+    lexer_ = nullptr;
     if (opt_.wholeDocument) {
         if (!pendingBreak_) {
             applyParagraph(top().pa);
@@ -868,6 +892,8 @@ void Reader::controlWord(std::string_view name, bool hasParam, int param)
         --ucSkip_;
         return;
     }
+    if (!g.dest && tableWord(name, hasParam, param))
+        return;
     // The document's own group is never turned into another destination:
     // a stray destination word there would swallow the whole document.
     const bool documentGroup = stack_.size() <= 2;
@@ -1071,10 +1097,8 @@ bool Reader::bodyWord(const Keyword& w, bool, int value)
     }
     case Id::Par: endParagraph(); break;
     case Id::Page: endParagraph(); break;
-    // Tables come as tab-separated lines until the reader builds QTextTables:
-    // a cell ends with a tab, a row with a paragraph break.
-    case Id::Row: pendingCellTab_ = false; endParagraph(); break;
-    case Id::Cell: pendingCellTab_ = true; break;
+    case Id::Row: tableRow(w.name == "row" ? 1 : std::max(2, g.pa.itap)); break;
+    case Id::Cell: tableCell(w.name == "cell" ? 1 : std::max(2, g.pa.itap)); break;
     case Id::Line: emitChar(QChar::LineSeparator); break;
     case Id::Tab: emitChar('\t'); break;
     case Id::Emdash: emitChar(0x2014); break;
@@ -1225,6 +1249,8 @@ void Reader::emitChar(char16_t c)
     // Characters that QTextDocument would turn into structure are not text.
     if (c == '\r' || c == '\n' || c == 0x2029 || c == 0xFDD0 || c == 0xFDD1 || c == 0xFFFC || c == 0)
         return;
+    if (tables_.needsMove(contentLevel()))
+        tableLevel(contentLevel());
     if (pendingBreak_) {
         flushText();
         realizeBreak();
@@ -1261,6 +1287,7 @@ void Reader::endParagraph()
     flushBytes();
     if (top().dest)
         return;
+    tableLevel(contentLevel());
     flushText();
     if (pendingBreak_)
         realizeBreak();
@@ -1395,6 +1422,7 @@ void Reader::applyList(const ParaState& pa, QTextBlock block, QTextList* old, in
 
 void Reader::emitObject(const QByteArray& raw, const QImage& image, QSize goalTwips)
 {
+    tableLevel(contentLevel());
     if (pendingBreak_) {
         flushText();
         realizeBreak();
@@ -1435,6 +1463,87 @@ void Reader::showObject(const QByteArray& raw)
     if (top().dest)
         return;
     emitObject(raw, QImage(), QSize());
+}
+
+// ---------------------------------------------------------------- tables
+
+bool Reader::tableWord(std::string_view name, bool hasParam, int param)
+{
+    ParaState& pa = top().pa;
+    if (name == "intbl") {
+        pa.itap = std::max(pa.itap, 1);
+        return true;
+    }
+    if (name == "itap") {
+        pa.itap = std::clamp(hasParam ? param : 1, 0, 16);
+        return true;
+    }
+    // The row words of a nested table: read as the body's, at their level.
+    if (name == "nesttableprops")
+        return true;
+    const int level = std::max(1, pa.itap);
+    if (name == "trowd" && level == 1)
+        implicitRow_ = true;
+    return tables_.defWord(level, name, hasParam, param);
+}
+
+int Reader::contentLevel() const
+{
+    const int itap = stack_.back().pa.itap;
+    return itap == 0 && implicitRow_ ? 1 : itap;
+}
+
+std::optional<rtftable::RowDef> Reader::scanRow(int level) const
+{
+    return rtftable::scanRowDef(src_, lexer_ ? lexer_->position() : src_.size(), level);
+}
+
+// Moves the output to where a paragraph of the level goes. A table opened
+// where a paragraph break is due stands in the break's place.
+void Reader::tableLevel(int level)
+{
+    if (!tables_.needsMove(level))
+        return;
+    flushText();
+    tables_.reach(level, [this](int l) { return scanRow(l); });
+    pendingBreak_ = false;
+}
+
+void Reader::tableCell(int level)
+{
+    flushBytes();
+    if (top().dest)
+        return;
+    if (level == 1)
+        implicitRow_ = true;
+    tableLevel(level);
+    flushText();
+    if (pendingBreak_)
+        realizeBreak();
+    // A merged cell's words would land on the paragraph of the cell it
+    // joins, whose own words came with it.
+    if (!tables_.inMergedCell()) {
+        applyParagraph(top().pa);
+        if (cursor_.block().length() == 1)
+            cursor_.setBlockCharFormat(formatOf(top().ch));
+    }
+    top().pa.pnFresh = false;
+    tables_.endCell(level, [this](int l) { return scanRow(l); });
+}
+
+void Reader::tableRow(int level)
+{
+    flushBytes();
+    if (top().dest)
+        return;
+    if (level == 1)
+        implicitRow_ = false;
+    if (tables_.depth() < level)
+        return;  // a row end with no cell before it
+    // Text after the row's last \cell is a cell of its own.
+    flushText();
+    pendingBreak_ = false;
+    tables_.endRow(level, [this](int l) { return scanRow(l); });
 }
 
 const QTextCharFormat& Reader::formatOf(const CharState& s)

@@ -3,11 +3,13 @@
 #include "core/codepage.h"
 #include "core/picture.h"
 #include "core/rich_text_surface.h"
+#include "core/rtf_table.h"
 #include "core/text_format.h"
 
 #include <QHash>
 #include <QTextBlock>
 #include <QTextList>
+#include <QTextTable>
 
 #include <optional>
 #include <unordered_map>
@@ -60,6 +62,7 @@ struct ParaWords {
     bool bullet = false;
     ListWords list;
     std::vector<TabStop> tabs;
+    int itap = 0;  // table nesting of the paragraph
     bool operator==(const ParaWords&) const = default;
 };
 
@@ -275,6 +278,10 @@ void Writer::writeParaWords(const ParaWords& p, bool first, const QString& label
 {
     if (!first)
         word("\\pard");
+    if (p.itap >= 1)
+        word("\\intbl");
+    if (p.itap >= 2)
+        word("\\itap", p.itap);
     if (p.bullet) {
         writeListText(p, label);
         if (isPlainBullet(p)) {
@@ -393,15 +400,71 @@ QString Writer::run()
 {
     // What the body holds, decided once so that the tables and the body agree.
     struct Item {
-        enum Kind { Para, Run, Picture, MarkFormat, Break } kind;
+        enum Kind { Para, Run, Picture, MarkFormat, Break, RowStart, CellEnd, RowEnd } kind;
         ParaWords para;
         int formatKey = 0;
         QString label;
         int number = 1;
         QTextCharFormat format;
         QString text;
+        const QTextTable* table = nullptr;  // RowStart, RowEnd
+        int row = 0;
+        int level = 0;  // RowStart, CellEnd, RowEnd: table nesting
     };
     std::vector<Item> items;
+
+    // Tables: the rows open at each nesting level, with the next grid
+    // column to write and the one being written.
+    struct OpenRow {
+        const QTextTable* table;
+        int row;
+        int next;
+        int current;
+    };
+    std::vector<OpenRow> open;
+    const bool anyTables = [this] {
+        for (const QTextFrame* f : doc_.rootFrame()->childFrames())
+            if (qobject_cast<const QTextTable*>(f))
+                return true;
+        return false;
+    }();
+    using Chain = std::vector<std::pair<const QTextTable*, QTextTableCell>>;
+    auto chainAt = [this](int pos) {
+        Chain chain;
+        for (QTextFrame* f = doc_.frameAt(pos); f; f = f->parentFrame())
+            if (const auto* t = qobject_cast<const QTextTable*>(f))
+                chain.insert(chain.begin(), {t, t->cellAt(pos)});
+        return chain;
+    };
+    // A selection inside one cell is plain paragraphs; the tables around it
+    // are not written.
+    size_t baseDepth = 0;
+    if (anyTables && !whole_) {
+        const Chain a = chainAt(from_), b = chainAt(to_);
+        while (baseDepth < a.size() && baseDepth < b.size() && a[baseDepth].first == b[baseDepth].first &&
+               a[baseDepth].second == b[baseDepth].second)
+            ++baseDepth;
+    }
+    auto cellsUntil = [&items, &open](size_t level, int column) {
+        OpenRow& o = open[level - 1];
+        for (int c = o.next; c < column && c < o.table->columns(); ++c)
+            if (rtftable::isOwnCell(*o.table, o.row, c))
+                items.push_back(Item{Item::CellEnd, {}, 0, {}, 1, {}, {}, nullptr, 0, int(level)});
+        o.next = std::max(o.next, column);
+    };
+    auto closeRow = [&items, &open, &cellsUntil] {
+        const size_t level = open.size();
+        OpenRow& o = open.back();
+        if (o.current >= 0) {
+            items.push_back(Item{Item::CellEnd, {}, 0, {}, 1, {}, {}, nullptr, 0, int(level)});
+            const QTextTableCell cell = o.table->cellAt(o.row, o.current);
+            o.next = o.current + cell.columnSpan();
+            o.current = -1;
+        }
+        cellsUntil(level, o.table->columns());
+        items.push_back(Item{Item::RowEnd, {}, 0, {}, 1, {}, {}, o.table, o.row, int(level)});
+        open.pop_back();
+    };
     bool anyFormat = false;
     bool anyBullet = false;  // a plain bullet, written in the Symbol font
     bool anyLabel = false;   // a list label of its own, written in a text font
@@ -412,7 +475,46 @@ QString Writer::run()
         const int a = std::max(from_, start);
         const int b = std::max(a, std::min(to_, sep));
         const bool writesBreak = whole_ || (sep < to_ && block.next().isValid());
+        Chain chain;
+        size_t depth = 0;
+        bool filler = false;  // a place of the grid with no cell in the file
+        if (anyTables) {
+            chain = chainAt(start);
+            depth = chain.size() > baseDepth ? chain.size() - baseDepth : 0;
+            while (open.size() > depth)
+                closeRow();
+            for (size_t level = 1; level <= depth; ++level) {
+                const auto& [table, cell] = chain[baseDepth + level - 1];
+                if (open.size() >= level && (open[level - 1].table != table || open[level - 1].row != cell.row()))
+                    while (open.size() >= level)
+                        closeRow();
+                if (open.size() < level) {
+                    open.push_back(OpenRow{table, cell.row(), 0, -1});
+                    items.push_back(Item{Item::RowStart, {}, 0, {}, 1, {}, {}, table, cell.row(), int(level)});
+                }
+                OpenRow& o = open[level - 1];
+                filler = filler || cell.format().boolProperty(prop::CellFiller);
+                if (filler) {
+                    o.current = -1;
+                    break;
+                }
+                if (o.current != cell.column()) {
+                    cellsUntil(level, cell.column());
+                    o.current = cell.column();
+                }
+            }
+        }
+        if (filler) {
+            // Nothing of it is written; only the row may end here.
+            const auto& [table, cell] = chain.back();
+            const QTextTableCell next = table->cellAt(sep + 1);
+            if (writesBreak && !open.empty() && open.back().table == table &&
+                (table->lastPosition() == sep || (next.firstPosition() == sep + 1 && next.row() != cell.row())))
+                closeRow();
+            continue;
+        }
         Item para{Item::Para, paraWordsOf(block)};
+        para.para.itap = int(depth);
         if (const QTextList* list = block.textList()) {
             para.label = listLabel(block);
             para.number = listStart(list->format()) + list->itemNumber(block);
@@ -445,9 +547,37 @@ QString Writer::run()
             items.push_back(mark);
             anyFormat = true;
         }
-        if (writesBreak)
-            items.push_back(Item{Item::Break, {}});
+        if (!writesBreak)
+            continue;
+        const QChar sepChar = doc_.characterAt(sep);
+        if (depth > 0 && (sepChar == QChar(0xFDD0) || sepChar == QChar(0xFDD1))) {
+            // The end of a cell, and of its row when the next cell is in
+            // another row or the table ends here.
+            const auto& [table, cell] = chain.back();
+            const QTextTableCell next = table->cellAt(sep + 1);
+            const bool tableEnd = sepChar == QChar(0xFDD1) && table->lastPosition() == sep;
+            if (tableEnd || (next.isValid() && next.firstPosition() == sep + 1 && !(next == cell))) {
+                OpenRow& o = open.back();
+                items.push_back(Item{Item::CellEnd, {}, 0, {}, 1, {}, {}, nullptr, 0, int(depth)});
+                o.next = cell.column() + cell.columnSpan();
+                o.current = -1;
+                if (tableEnd || next.row() != cell.row())
+                    closeRow();
+                continue;
+            }
+        }
+        // A table at the start of the document or of a cell has an empty
+        // paragraph before it that only Qt's structure makes: no break.
+        if (sepChar == QChar(0xFDD0) && block.length() == 1 &&
+            (start == 0 || doc_.characterAt(start - 1) == QChar(0xFDD0))) {
+            if (items.back().kind == Item::MarkFormat && items.back().formatKey == -1 - block.blockNumber())
+                items.pop_back();
+            continue;
+        }
+        items.push_back(Item{Item::Break, {}});
     }
+    while (!open.empty())
+        closeRow();
     if (!anyFormat) {
         // Nothing but a caret or pictures: name the caret's format all the same.
         QTextCursor c(const_cast<QTextDocument*>(&doc_));
@@ -459,9 +589,13 @@ QString Writer::run()
     }
 
     // First pass: fonts and colours in order of first use.
-    for (const Item& item : items)
+    for (const Item& item : items) {
         if (item.kind == Item::Run || item.kind == Item::MarkFormat)
             wordsOf(item.format, item.formatKey);
+        if (item.kind == Item::RowStart)
+            for (qint64 c : rtftable::rowColours(*item.table, item.row))
+                colourIndex(c);
+    }
     if (anyLabel) {
         const auto text = std::find_if(fonts_.begin(), fonts_.end(), [](const FontEntry& f) { return f.charset != 2; });
         if (text == fonts_.end()) {
@@ -504,14 +638,38 @@ QString Writer::run()
 
     // Second pass: the body.
     std::optional<ParaWords> prevPara;
+    bool rowStarted = false;  // the words of a row's first paragraph are written whole
+    const auto rowWords = [this](const Item& item) {
+        return rtftable::rowDefinition(*item.table, item.row, [this](qint64 c) { return colourIndex(c); });
+    };
     for (const Item& item : items) {
         switch (item.kind) {
+        case Item::RowStart:
+            // A nested row's words follow its cells, as Word writes them.
+            if (item.level == 1) {
+                out_ += rowWords(item);
+                needBlank_ = true;
+            }
+            rowStarted = true;
+            break;
+        case Item::CellEnd:
+            word(item.level > 1 ? "\\nestcell" : "\\cell");
+            break;
+        case Item::RowEnd:
+            if (item.level > 1) {
+                out_ += QLatin1String("{\\*\\nesttableprops") + rowWords(item) + QLatin1String("\\nestrow}{\\nonesttables\\par}\r\n");
+            } else {
+                out_ += QLatin1String("\\row\r\n");
+            }
+            needBlank_ = false;
+            break;
         case Item::Para:
-            if (!prevPara || !(item.para == *prevPara))
-                writeParaWords(item.para, !prevPara.has_value(), item.label, item.number);
+            if (rowStarted || !prevPara || !(item.para == *prevPara))
+                writeParaWords(item.para, !prevPara.has_value() && !rowStarted, item.label, item.number);
             else if (item.para.bullet)
                 writeListText(item.para, item.label);
             prevPara = item.para;
+            rowStarted = false;
             break;
         case Item::Run: {
             const CharWords& w = wordsOf(item.format, item.formatKey);

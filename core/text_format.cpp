@@ -1,5 +1,8 @@
 #include "core/text_format.h"
 
+#include <QTextCursor>
+#include <QTextTable>
+
 #include <QBrush>
 #include <QStringList>
 #include <QTextDocument>
@@ -352,9 +355,29 @@ QString listLabel(const QTextBlock& block)
 QString plainTextExport(const QTextDocument& doc)
 {
     QString out;
+    // A cell that follows another in its row is parted from it by a tab,
+    // as Text shows it.
+    auto followsCell = [&doc](int pos) {
+        if (pos == 0 || doc.characterAt(pos - 1) != QChar(0xFDD0))
+            return false;
+        QTextCursor c(const_cast<QTextDocument*>(&doc));
+        c.setPosition(pos);
+        const QTextTable* t = c.currentTable();
+        if (!t)
+            return false;
+        const QTextTableCell cell = t->cellAt(pos);
+        if (cell.firstPosition() != pos)
+            return false;
+        for (int col = 0; col < cell.column(); ++col) {
+            const QTextTableCell before = t->cellAt(cell.row(), col);
+            if (before.row() == cell.row() && before.column() == col)
+                return true;
+        }
+        return false;
+    };
     for (QTextBlock b = doc.begin(); b.isValid(); b = b.next()) {
         if (b != doc.begin())
-            out += QLatin1String("\r\n");
+            out += followsCell(b.position()) ? QStringLiteral("\t") : QStringLiteral("\r\n");
         const QString label = listLabel(b);
         if (!label.isEmpty())
             out += label + u'\t';
