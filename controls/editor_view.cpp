@@ -256,6 +256,12 @@ void EditorTextItem::keyPressEvent(QKeyEvent* e)
     case Qt::Key_Backtab:
         if (ctrl || alt)
             break;
+        // In a table Tab goes from cell to cell.
+        if (s.tabInTable(e->key() == Qt::Key_Backtab || (mods & Qt::ShiftModifier))) {
+            view_.followSurfaceCursor();
+            e->accept();
+            return;
+        }
         typeKeyAscii(9, QStringLiteral("\t"));
         e->accept();
         return;

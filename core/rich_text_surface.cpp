@@ -3,6 +3,7 @@
 #include "core/codepage.h"
 #include "core/picture.h"
 #include "core/rtf_reader.h"
+#include "core/rtf_table.h"
 #include "core/rtf_writer.h"
 #include "core/text_format.h"
 
@@ -67,21 +68,28 @@ bool isBlockBoundary(QChar c)
 // CR LF, a line break inside a paragraph as a vertical tab. Table cells
 // begin and end at boundaries of their own: the boundary of a cell that
 // follows another in its row is a tab, every other one a paragraph break.
-// cellTabs: document positions of those tab boundaries; offset: where raw
-// starts in the document.
-QString toSurfaceText(QStringView raw, const std::vector<int>& cellTabs = {}, int offset = 0)
+// A table at the start of the document or of a cell stands behind an empty
+// paragraph that only the structure makes: that boundary shows as nothing.
+// marks: document positions of the boundaries that do not show as CR LF,
+// with what they show as ('\t' or 0); offset: where raw starts in the document.
+QString toSurfaceText(QStringView raw, const std::vector<std::pair<int, char>>& marks = {}, int offset = 0)
 {
     const qsizetype breaks = std::count_if(raw.begin(), raw.end(), isBlockBoundary);
-    auto tab = std::lower_bound(cellTabs.begin(), cellTabs.end(), offset);
-    const auto tabEnd = std::lower_bound(tab, cellTabs.end(), offset + int(raw.size()));
-    QString t(raw.size() + breaks - (tabEnd - tab), Qt::Uninitialized);
+    const auto byPos = [](const std::pair<int, char>& m, int p) { return m.first < p; };
+    auto mark = std::lower_bound(marks.begin(), marks.end(), offset, byPos);
+    const auto markEnd = std::lower_bound(mark, marks.end(), offset + int(raw.size()), byPos);
+    qsizetype shorter = 0;
+    for (auto m = mark; m != markEnd; ++m)
+        shorter += m->second ? 1 : 2;
+    QString t(raw.size() + breaks - shorter, Qt::Uninitialized);
     QChar* out = t.data();
     for (qsizetype i = 0; i < raw.size(); ++i) {
         const QChar c = raw[i];
         if (isBlockBoundary(c)) {
-            if (tab != tabEnd && *tab == offset + int(i)) {
-                ++tab;
-                *out++ = u'\t';
+            if (mark != markEnd && mark->first == offset + int(i)) {
+                if (mark->second)
+                    *out++ = QChar(mark->second);
+                ++mark;
                 continue;
             }
             *out++ = u'\r';
@@ -160,11 +168,17 @@ void RichTextSurface::onContentsChange()
 
 namespace {
 
-// Cells that follow another cell of their row, table by table, nested ones too.
-void collectCellTabs(const QTextFrame* frame, std::vector<int>& out)
+// Cells that follow another cell of their row (a tab), and tables behind
+// the empty paragraph that starts a document or a cell (nothing), table by
+// table, nested ones too.
+void collectCellMarks(const QTextDocument& doc, const QTextFrame* frame, std::vector<std::pair<int, char>>& out)
 {
     for (const QTextFrame* child : frame->childFrames()) {
         if (const auto* table = qobject_cast<const QTextTable*>(child)) {
+            const int start = table->firstPosition() - 1;
+            const QTextBlock before = doc.findBlock(start);
+            if (before.length() == 1 && (start == 0 || doc.characterAt(start - 1) == QChar(0xFDD0)))
+                out.emplace_back(start, 0);
             for (int r = 0; r < table->rows(); ++r) {
                 bool first = true;
                 for (int c = 0; c < table->columns(); ++c) {
@@ -172,26 +186,29 @@ void collectCellTabs(const QTextFrame* frame, std::vector<int>& out)
                     if (cell.row() != r || cell.column() != c)
                         continue;
                     if (!first)
-                        out.push_back(cell.firstPosition() - 1);
+                        out.emplace_back(cell.firstPosition() - 1, '\t');
                     first = false;
                 }
             }
         }
-        collectCellTabs(child, out);
+        collectCellMarks(doc, child, out);
     }
 }
 
 }  // namespace
 
-const std::vector<int>& RichTextSurface::cellTabs() const
+const std::vector<std::pair<int, char>>& RichTextSurface::cellTabs() const
 {
     // Edits inside an edit block report the change only at its end: the
     // document's size tells a stale list as well.
     const std::pair<int, int> size{doc_->characterCount(), doc_->blockCount()};
     if (!cellTabsValid_ || size != cellTabsSize_) {
         cellTabs_.clear();
-        collectCellTabs(doc_->rootFrame(), cellTabs_);
+        collectCellMarks(*doc_, doc_->rootFrame(), cellTabs_);
         std::sort(cellTabs_.begin(), cellTabs_.end());
+        cellShort_.assign(1, 0);
+        for (const auto& m : cellTabs_)
+            cellShort_.push_back(cellShort_.back() + (m.second ? 1 : 2));
         cellTabsValid_ = true;
         cellTabsSize_ = size;
     }
@@ -200,13 +217,16 @@ const std::vector<int>& RichTextSurface::cellTabs() const
 
 long RichTextSurface::tabsBefore(int docPos) const
 {
-    const std::vector<int>& tabs = cellTabs();
-    return long(std::lower_bound(tabs.begin(), tabs.end(), docPos) - tabs.begin());
+    const auto& marks = cellTabs();
+    const auto at = std::lower_bound(marks.begin(), marks.end(), docPos,
+                                     [](const std::pair<int, char>& m, int p) { return m.first < p; });
+    return cellShort_[size_t(at - marks.begin())];
 }
 
 long RichTextSurface::length() const
 {
-    return doc_->characterCount() - 1 + doc_->blockCount() - 1 - long(cellTabs().size());
+    cellTabs();
+    return doc_->characterCount() - 1 + doc_->blockCount() - 1 - cellShort_.back();
 }
 
 int RichTextSurface::toDocPos(long pos) const
@@ -449,6 +469,40 @@ void RichTextSurface::setSelText(const QString& text)
 }
 
 void RichTextSurface::typeText(const QString& text) { setSelText(text); }
+
+bool RichTextSurface::tabInTable(bool backwards)
+{
+    QTextTable* table = cursor_.currentTable();
+    if (!table)
+        return false;
+    const QTextTableCell cell = table->cellAt(cursor_.position());
+    QTextTableCell target;
+    if (backwards) {
+        if (cell.firstPosition() - 1 <= table->firstPosition() - 1)
+            return true;  // the first cell: nowhere to go
+        target = table->cellAt(cell.firstPosition() - 1);
+    } else if (cell.lastPosition() >= table->lastPosition()) {
+        // The last cell: a new row, whose cells take the formats of the
+        // ones above them.
+        table->appendRows(1);
+        target = table->cellAt(table->rows() - 1, 0);
+    } else {
+        target = table->cellAt(cell.lastPosition() + 1);
+    }
+    // A cell of the grid the file had no cell for is passed over.
+    while (target.isValid() && target.format().boolProperty(prop::CellFiller)) {
+        if (backwards ? target.firstPosition() - 1 <= table->firstPosition() - 1 : target.lastPosition() >= table->lastPosition())
+            return true;
+        target = table->cellAt(backwards ? target.firstPosition() - 1 : target.lastPosition() + 1);
+    }
+    if (!target.isValid())
+        return true;
+    QTextCursor c(doc_);
+    c.setPosition(target.firstCursorPosition().position());
+    c.setPosition(target.lastCursorPosition().position(), QTextCursor::KeepAnchor);
+    setCursor(c);
+    return true;
+}
 
 QString RichTextSurface::SelRTF() const
 {

@@ -178,6 +178,10 @@ public:
     void adoptCursor(const QTextCursor& c);
     // Typing at the caret, with the format a bare-caret Sel... write left.
     void typeText(const QString& text);
+    // Tab in a table: the next cell (the one before, backwards) with its
+    // text selected, as in every table editor; Tab in the last cell adds a
+    // row like the last one. False when the caret is not in a table.
+    bool tabInTable(bool backwards);
     // Raised by the view; handlers may swallow (0) or change the key.
     void raiseKeyDown(int& keyCode, int& shift) { emit KeyDown(keyCode, shift); }
     void raiseKeyPress(int& keyAscii) { emit KeyPress(keyAscii); }
@@ -226,10 +230,13 @@ private:
     qreal textWidth_ = -1;
     int zoomNum_ = 0;
     int zoomDen_ = 0;
-    // Document positions of the cell boundaries that Text shows as a tab.
-    const std::vector<int>& cellTabs() const;
+    // Document positions of the block boundaries of tables that Text does
+    // not show as CR LF: a tab, or nothing (0). tabsBefore: how many Text
+    // positions those before docPos save against CR LF.
+    const std::vector<std::pair<int, char>>& cellTabs() const;
     long tabsBefore(int docPos) const;
-    mutable std::vector<int> cellTabs_;
+    mutable std::vector<std::pair<int, char>> cellTabs_;
+    mutable std::vector<long> cellShort_{0};
     mutable bool cellTabsValid_ = false;
     mutable std::pair<int, int> cellTabsSize_{-1, -1};
     mutable QString textCache_;

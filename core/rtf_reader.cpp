@@ -1293,8 +1293,13 @@ void Reader::endParagraph()
         realizeBreak();
     pendingCellTab_ = false;
     applyParagraph(top().pa);
-    if (cursor_.block().length() == 1)
-        cursor_.setBlockCharFormat(formatOf(top().ch));
+    if (cursor_.block().length() == 1) {
+        // The first paragraph of a table cell holds the cell's format too.
+        if (tables_.depth() > 0)
+            cursor_.mergeBlockCharFormat(formatOf(top().ch));
+        else
+            cursor_.setBlockCharFormat(formatOf(top().ch));
+    }
     pendingBreak_ = true;
     top().pa.pnFresh = false;
 }
@@ -1525,7 +1530,7 @@ void Reader::tableCell(int level)
     if (!tables_.inMergedCell()) {
         applyParagraph(top().pa);
         if (cursor_.block().length() == 1)
-            cursor_.setBlockCharFormat(formatOf(top().ch));
+            cursor_.mergeBlockCharFormat(formatOf(top().ch));  // keeps the cell's own format
     }
     top().pa.pnFresh = false;
     tables_.endCell(level, [this](int l) { return scanRow(l); });

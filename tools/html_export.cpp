@@ -2,8 +2,13 @@
 
 #include "core/codepage.h"
 #include "core/ports.h"
+#include "core/rtf_table.h"
 
 #include <QSaveFile>
+#include <QTextTable>
+
+#include <map>
+#include <set>
 
 namespace tornelia {
 
@@ -13,6 +18,56 @@ QString RGBtoHEX(Colour colour)
     // The digits read BBGGRR; HTML wants them the other way round.
     return h.right(2) + h.mid(2, 2) + h.left(2);
 }
+
+namespace {
+
+void frameTags(RichTextSurface& rtb, const QTextFrame* frame, std::map<long, QString>& tags, std::set<long>& ends)
+{
+    for (const QTextFrame* child : frame->childFrames()) {
+        if (const auto* table = qobject_cast<const QTextTable*>(child)) {
+            bool firstCell = true;
+            for (int r = 0; r < table->rows(); ++r) {
+                QString rowOpen = QStringLiteral("<tr>");
+                long rowEnd = -1;
+                for (int c = 0; c < table->columns(); ++c) {
+                    const QTextTableCell cell = table->cellAt(r, c);
+                    if (cell.row() != r || cell.column() != c || cell.format().boolProperty(prop::CellFiller))
+                        continue;
+                    QString open = firstCell ? QStringLiteral("<table border=1>") : QString();
+                    firstCell = false;
+                    open += rowOpen;
+                    rowOpen.clear();
+                    open += QStringLiteral("<td");
+                    if (cell.columnSpan() > 1)
+                        open += QStringLiteral(" colspan=%1").arg(cell.columnSpan());
+                    if (cell.rowSpan() > 1)
+                        open += QStringLiteral(" rowspan=%1").arg(cell.rowSpan());
+                    open += u'>';
+                    tags[rtb.fromDocPos(cell.firstPosition())] += open;
+                    const long end = rtb.fromDocPos(cell.lastPosition());
+                    tags[end] += QStringLiteral("</td>");
+                    ends.insert(end);
+                    rowEnd = end;
+                }
+                if (rowEnd >= 0) {
+                    tags[rowEnd] += QStringLiteral("</tr>");
+                    ends.insert(rowEnd + 1);  // a row ends in CR LF
+                }
+            }
+            const long tableEnd = rtb.fromDocPos(table->lastPosition());
+            tags[tableEnd] += QStringLiteral("</table>");
+        }
+        frameTags(rtb, child, tags, ends);
+    }
+}
+
+// Where each table's tags go, in Text positions.
+void tableTags(RichTextSurface& rtb, std::map<long, QString>& tags, std::set<long>& ends)
+{
+    frameTags(rtb, rtb.document()->rootFrame(), tags, ends);
+}
+
+}  // namespace
 
 QString RichToHTML(RichTextSurface& rtb, long first, long last)
 {
@@ -36,7 +91,17 @@ QString RichToHTML(RichTextSurface& rtb, long first, long last)
         }
     };
 
+    // Tables: their tags stand where their cells begin, and the tab or the
+    // paragraph break that ends a cell in Text is not written.
+    std::map<long, QString> tags;
+    std::set<long> cellEnds;
+    tableTags(rtb, tags, cellEnds);
+
     for (long i = first; i <= last; ++i) {
+        if (auto tag = tags.find(i); tag != tags.end())
+            html += tag->second;
+        if (cellEnds.count(i))
+            continue;
         rtb.setSelStart(i);
         rtb.setSelLength(1);
         const std::optional<int> align = rtb.SelAlignment();

@@ -238,9 +238,10 @@ TEST(RtfReader, HonoursCodePagesUnicodeAndSkips)
         {"{\\rtf1\\ansi{\\field{\\*\\fldinst HYPERLINK \"x\"}{\\fldrslt link}}\\~\\emdash\\endash\\lquote\\rquote"
          "\\ldblquote\\rdblquote\\bullet\\par}",
          QStringLiteral("link\u00A0—–‘’“”•")},
-        // Tables: cells separated by tabs, rows as paragraphs.
+        // Tables: cells separated by tabs, each row ending in a paragraph
+        // break, and the document's last paragraph behind the table.
         {"{\\rtf1\\ansi\\trowd\\cellx1000\\cellx2000 \\intbl a\\cell b\\cell\\row\\trowd\\intbl c\\cell d\\cell\\row}",
-         QStringLiteral("a\tb\r\nc\td")},
+         QStringLiteral("a\tb\r\nc\td\r\n")},
         // The old newline-as-\par, text after the last brace ignored.
         {"{\\rtf1\\ansi one\\\ntwo\\par}trailing junk", QStringLiteral("one\r\ntwo")},
     };
