@@ -9,6 +9,7 @@
 #include "core/text_format.h"
 
 #include <QTextBlock>
+#include <QTextDocumentFragment>
 #include <QTextDocument>
 #include <QPointer>
 #include <QTextList>
@@ -1521,7 +1522,24 @@ void Reader::tableCell(int level)
         return;
     if (level == 1)
         implicitRow_ = true;
+    // A \\cell with no table before it: the paragraph it ends is the
+    // table's first cell.
+    QTextDocumentFragment orphan;
+    if (level == 1 && tables_.depth() == 0 && !pendingBreak_) {
+        flushText();
+        QTextCursor sel(cursor_);
+        sel.setPosition(cursor_.block().position(), QTextCursor::KeepAnchor);
+        orphan = sel.selection();
+        sel.removeSelectedText();
+        const int at = cursor_.block().position();
+        if (at > 0 && cursor_.document()->characterAt(at - 1) == QChar::ParagraphSeparator) {
+            cursor_.deletePreviousChar();
+            pendingBreak_ = true;
+        }
+    }
     tableLevel(level);
+    if (!orphan.isEmpty())
+        cursor_.insertFragment(orphan);
     flushText();
     if (pendingBreak_)
         realizeBreak();

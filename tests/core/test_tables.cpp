@@ -57,8 +57,18 @@ TEST(Tables, WordTableWithMergesBordersAndShading)
 {
     RichTextSurface s;
     s.LoadFile(sample("table_word_merges.rtf"), RichTextSurface::RtfKind);
-    EXPECT_EQ(tableDump(*s.document()).toStdString(), "");
-    EXPECT_EQ(s.Text().toStdString(), "");
+    // The header's two merged cells are one cell over two columns; the
+    // borders are top, left, bottom, right as style, twips, colour.
+    EXPECT_EQ(tableDump(*s.document()).toStdString(),
+              "table 3x3 edges -108,2842,5792,8742\n"
+              "  [0+2 \"Customer and town\" b1,10,-1,1,10,-1,3,15,255,1,10,-1 shaded9d9d9 va1 align1 h397] "
+              "[2 \"Amount\" b1,10,-1,1,10,-1,3,15,255,1,10,-1 shaded9d9d9 va1 align1 h397]\n"
+              "  [0v2 \"Rossi\" b1,10,-1,1,10,-1,1,10,-1,1,10,-1 align1] [1 \"Milano\" b1,10,-1,1,10,-1,1,10,-1,1,10,-1 align1] "
+              "[2 \"1.200,00\" b1,10,-1,1,10,-1,1,10,-1,1,10,-1 align1]\n"
+              "  [1 \"Como|Lecco\" b1,10,-1,1,10,-1,1,10,-1,1,10,-1 align1] [2 \"830,50\" b1,10,-1,1,10,-1,1,10,-1,1,10,-1 align1]");
+    EXPECT_EQ(s.Text().toStdString(),
+              "Orders of the week\r\nCustomer and town\tAmount\r\nRossi\tMilano\t1.200,00\r\nComo\r\nLecco\t830,50\r\n"
+              "Total as above.");
     EXPECT_TRUE(positionsAgree(s));
     EXPECT_TRUE(test::wholeRoundTripHolds(s));
 }
@@ -67,19 +77,39 @@ TEST(Tables, NestedTable)
 {
     RichTextSurface s;
     s.LoadFile(sample("table_nested.rtf"), RichTextSurface::RtfKind);
-    EXPECT_EQ(tableDump(*s.document()).toStdString(), "");
-    EXPECT_EQ(s.Text().toStdString(), "");
+    EXPECT_EQ(tableDump(*s.document()).toStdString(),
+              "table 1x2 edges 0,3000,6000 grid\n"
+              "  [0 \"Left cell\"] [1 \"<n1<n2<n3<n4>after inner\"]\n"
+              "  table 2x2 edges 0,4000,5000 grid\n"
+              "    [0 \"n1\"] [1 \"n2\"]\n"
+              "    [0 \"n3\"] [1 \"n4\"]");
+    EXPECT_EQ(s.Text().toStdString(), "Outer table with a table inside:\r\nLeft cell\tn1\tn2\r\nn3\tn4\r\nafter inner\r\nEnd.");
     EXPECT_TRUE(positionsAgree(s));
     EXPECT_TRUE(test::wholeRoundTripHolds(s));
-    EXPECT_EQ(s.TextRTF().toStdString(), "");
+    EXPECT_EQ(s.TextRTF().toStdString(),
+              "{\\rtf1\\ansi\\ansicpg1252\\deff0\\deflang1040{\\fonttbl{\\f0\\fswiss\\fcharset0 Arial;}}\r\n"
+              "\\viewkind4\\uc1\\pard\\f0\\fs20 Outer table with a table inside:\\par\r\n"
+              "\\trowd\\trgaph70\\trleft0\\cellx3000\\cellx6000\\pard\\intbl Left cell\\cell"
+              "\\pard\\intbl\\itap2 n1\\nestcell n2\\nestcell{\\*\\nesttableprops\\trowd\\trgaph70\\trleft0\\cellx4000\\cellx5000"
+              "\\nestrow}{\\nonesttables\\par}\r\n"
+              "\\pard\\intbl\\itap2 n3\\nestcell n4\\nestcell{\\*\\nesttableprops\\trowd\\trgaph70\\trleft0\\cellx4000\\cellx5000"
+              "\\nestrow}{\\nonesttables\\par}\r\n"
+              "\\pard\\intbl after inner\\cell\\row\r\n"
+              "\\pard End.\\par\r\n}\r\n");
 }
 
 TEST(Tables, RaggedRows)
 {
     RichTextSurface s;
     s.LoadFile(sample("table_ragged_rows.rtf"), RichTextSurface::RtfKind);
-    EXPECT_EQ(tableDump(*s.document()).toStdString(), "");
-    EXPECT_EQ(s.Text().toStdString(), "");
+    // One grid for edges of every row; a row shorter than the grid ends in
+    // a place that holds no cell ("-").
+    EXPECT_EQ(tableDump(*s.document()).toStdString(),
+              "table 3x4 edges 0,2000,3000,4000,6000 grid\n"
+              "  [0 \"a1\"] [1+2 \"a2\"] [3 \"a3\"]\n"
+              "  [0+2 \"b1\"] [2+2 \"b2\"]\n"
+              "  [0 \"c1\"] -");
+    EXPECT_EQ(s.Text().toStdString(), "Ragged rows:\r\na1\ta2\ta3\r\nb1\tb2\r\nc1\t\r\ndone");
     EXPECT_TRUE(positionsAgree(s));
     EXPECT_TRUE(test::wholeRoundTripHolds(s));
 }
@@ -88,6 +118,122 @@ TEST(Tables, WrittenInTheRichEditShape)
 {
     RichTextSurface s;
     load(s, rtfDoc("\\pard Hi\\par\\trowd\\trgaph108\\trleft-108\\cellx1000\\cellx2000\\pard\\intbl A\\cell B\\cell\\row\\pard Bye\\par"));
-    EXPECT_EQ(s.TextRTF().toStdString(), "");
-    EXPECT_EQ(s.Text().toStdString(), "");
+    EXPECT_EQ(s.TextRTF().toStdString(),
+              "{\\rtf1\\ansi\\ansicpg1252\\deff0\\deflang1040{\\fonttbl{\\f0\\fswiss\\fcharset0 Arial;}}\r\n"
+              "\\viewkind4\\uc1\\pard\\f0\\fs24 Hi\\par\r\n"
+              "\\trowd\\trgaph108\\trleft-108\\cellx1000\\cellx2000\\pard\\intbl A\\cell B\\cell\\row\r\n"
+              "\\pard Bye\\par\r\n}\r\n");
+    EXPECT_EQ(s.Text().toStdString(), "Hi\r\nA\tB\r\nBye");
+    EXPECT_TRUE(positionsAgree(s));
+    EXPECT_EQ(s.Find(QStringLiteral("B"), 0, -1, 0), 6);
+    EXPECT_EQ(s.Find(QStringLiteral("Bye"), 0, -1, 0), 9);
+}
+
+// Files no careful writer makes: each keeps all of its text, in order, in
+// a table, and writes back to what it reads as.
+TEST(Tables, MalformedTablesKeepTheirText)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        // A \cell with no \trowd and no \intbl.
+        {"\\pard x1\\cell x2\\cell\\row\\pard after\\par", "x1\tx2\r\nafter"},
+        // More cells than \cellx: each extra cell gets a column.
+        {"\\trowd\\cellx1000\\pard\\intbl y1\\cell y2\\cell y3\\cell\\row\\pard after\\par", "y1\ty2\ty3\r\nafter"},
+        // A \\row never closed: what follows stays in the row.
+        {"\\trowd\\cellx1000\\cellx2000\\pard\\intbl z1\\cell z2\\cell\\pard after\\par", "z1\tz2\tafter\r\n"},
+        // The file ends inside a cell.
+        {"\\trowd\\cellx1000\\cellx2000\\pard\\intbl w1\\cell w2", "w1\tw2\r\n"},
+        // A \row with no cell, a \nestrow with no table, a huge \itap.
+        {"\\pard v0\\row\\nestrow\\par\\trowd\\cellx-5\\cellx-9\\pard\\intbl\\itap99999 v1\\nestcell\\nestrow v2\\cell\\row", nullptr},
+    };
+    for (const auto& [body, text] : cases) {
+        SCOPED_TRACE(body);
+        RichTextSurface s;
+        load(s, rtfDoc(body));
+        if (text)
+            EXPECT_EQ(s.Text().toStdString(), text);
+        else
+            for (const char* w : {"v0", "v1", "v2"})
+                EXPECT_TRUE(s.Text().contains(QLatin1String(w))) << s.Text().toStdString();
+        EXPECT_FALSE(tableDump(*s.document()).isEmpty());
+        EXPECT_TRUE(positionsAgree(s));
+        EXPECT_TRUE(test::wholeRoundTripHolds(s));
+    }
+}
+
+// Typing, Tab, Enter, selections over cells, copy and paste of rows from
+// one program to another (RTF between two surfaces), and undo by snapshot.
+TEST(Tables, EditingInCells)
+{
+    RichTextSurface s;
+    load(s, rtfDoc("\\pard Top\\par\\trowd\\cellx1000\\clbrdrb\\brdrs\\brdrw10\\cellx2000\\pard\\intbl A\\cell B\\cell\\row"
+                   "\\trowd\\cellx1000\\clbrdrb\\brdrs\\brdrw10\\cellx2000\\pard\\intbl C\\cell D\\cell\\row\\pard End\\par"));
+    const QString snapshot = s.TextRTF();
+    ASSERT_EQ(s.Text().toStdString(), "Top\r\nA\tB\r\nC\tD\r\nEnd");
+    // Typing in a cell, then Enter: a second paragraph in the same cell.
+    s.setSelStart(6);
+    s.typeText(QStringLiteral("b"));
+    s.typeText(QStringLiteral("\r\n"));
+    s.typeText(QStringLiteral("2"));
+    EXPECT_EQ(s.Text().toStdString(), "Top\r\nA\tBb\r\n2\r\nC\tD\r\nEnd");
+    EXPECT_EQ(s.SelStart(), 10);
+    // Tab goes to the next cell with its text selected; Shift+Tab back.
+    EXPECT_TRUE(s.tabInTable(false));
+    EXPECT_EQ(s.SelText().toStdString(), "C");
+    EXPECT_TRUE(s.tabInTable(true));
+    EXPECT_EQ(s.SelText().toStdString(), "Bb\r\n2");
+    // Tab in the last cell adds a row like the last one.
+    s.setSelStart(15);
+    EXPECT_TRUE(s.tabInTable(false));
+    s.typeText(QStringLiteral("E"));
+    EXPECT_EQ(s.Text().toStdString(), "Top\r\nA\tBb\r\n2\r\nC\tD\r\nE\t\r\nEnd");
+    EXPECT_TRUE(positionsAgree(s));
+    // Outside a table Tab is a tab.
+    s.setSelStart(0);
+    EXPECT_FALSE(s.tabInTable(false));
+
+    // Two whole rows copied as RTF and pasted in another document make a
+    // table there with the same rows, cells and borders.
+    s.setSelStart(5);
+    s.setSelLength(11);
+    EXPECT_EQ(s.SelText().toStdString(), "A\tBb\r\n2\r\nC\tD");
+    const QString rows = s.SelRTF();
+    RichTextSurface other;
+    other.setText(QStringLiteral("one\r\ntwo"));
+    other.setSelStart(5);
+    other.setSelRTF(rows);
+    EXPECT_EQ(other.Text().toStdString(), "one\r\nA\tBb\r\n2\r\nC\tD\r\ntwo");
+    EXPECT_EQ(tableDump(*other.document()).toStdString(),
+              "table 2x2 edges 0,1000,2000 grid\n  [0 \"A\" align0] [1 \"Bb|2\" b0,0,-1,0,0,-1,1,10,-1,0,0,-1]\n"
+              "  [0 \"C\"] [1 \"D\" b0,0,-1,0,0,-1,1,10,-1,0,0,-1]");
+    EXPECT_TRUE(positionsAgree(other));
+
+    // Undo restores the snapshot, table and all.
+    s.setTextRTF(snapshot);
+    EXPECT_EQ(s.TextRTF(), snapshot);
+    EXPECT_EQ(s.Text().toStdString(), "Top\r\nA\tB\r\nC\tD\r\nEnd");
+}
+
+// Every table file of the corpus opens as tables and keeps them through a
+// save and a reload.
+TEST(Tables, CorpusTablesStayTables)
+{
+    const QDir dir(QStringLiteral(TORNELIA_CORPUS_DIR));
+    int files = 0;
+    for (const QString& name : dir.entryList({QStringLiteral("*.rtf")}, QDir::Files, QDir::Name)) {
+        QFile f(dir.filePath(name));
+        if (!f.open(QIODevice::ReadOnly) || !f.readAll().contains("\\trowd"))
+            continue;
+        SCOPED_TRACE(name.toStdString());
+        ++files;
+        RichTextSurface s;
+        s.LoadFile(dir.filePath(name), RichTextSurface::RtfKind);
+        const QString tables = tableDump(*s.document());
+        EXPECT_TRUE(tables.contains(QLatin1String("table "))) << "no table read";
+        EXPECT_TRUE(positionsAgree(s));
+        RichTextSurface again;
+        again.setTextRTF(s.TextRTF());
+        EXPECT_EQ(tableDump(*again.document()).toStdString(), tables.toStdString());
+        EXPECT_EQ(again.Text().toStdString(), s.Text().toStdString());
+    }
+    EXPECT_GT(files, 10);
 }
