@@ -20,6 +20,7 @@
 //  - Colours everywhere are the program's 0x00BBGGRR values.
 
 #include <QImage>
+#include <QPoint>
 #include <QRect>
 #include <QString>
 
@@ -183,8 +184,9 @@ public:
     int textHeight(const DesignerSettings& s) const;
     int textX() const { return textX_; }
     int textY() const { return textY_; }
-    // Dragging in "Manuale": the text centred on the pointer.
-    void moveTextTo(int px, int py, const DesignerSettings& s);
+    // Dragging in "Manuale": where the text goes when centred on the pointer;
+    // the window keeps it in settings.textX/textY and sets align to 3.
+    QPoint moveTextTo(int px, int py, const DesignerSettings& s) const;
 
     // The last tab: work on Pic(1) in place.
     void applyFilter(Filter filter, const std::function<void(int)>& column = {});
@@ -218,6 +220,8 @@ private:
     QRect textBox(const DesignerSettings& s) const;
     QImage shadowShape(const DesignerSettings& s) const;
     QImage shadowOf(const QImage& base, int sx, int sy, bool hoverMode, bool preview, const DesignerSettings& s) const;
+    void placeText(const DesignerSettings& s, bool invert, bool antiAlias, int alpha);
+    void showOnMagnify(const QImage& picture);
     int borderOf(const DesignerSettings& s) const;
     int alphaOf(const DesignerSettings& s) const;
 
