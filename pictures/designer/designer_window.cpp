@@ -267,11 +267,11 @@ Form2::Form2(DesignerHost host, QWidget* owner)
 
     tabs = new QTabWidget(this);
     tabs->setObjectName(QStringLiteral("tabs"));
-    tabs->addTab(buildTextTab(), QStringLiteral("Testo"));
-    tabs->addTab(buildFillTab(), QStringLiteral("Riempimento"));
-    tabs->addTab(buildBorderTab(), QStringLiteral("Bordo"));
-    tabs->addTab(buildBackgroundTab(), QStringLiteral("Sfondo"));
-    tabs->addTab(buildEffectsTab(), QStringLiteral("Effetti"));
+    tabs->addTab(buildTextTab(), QStringLiteral("&Testo"));
+    tabs->addTab(buildFillTab(), QStringLiteral("&Riempimento"));
+    tabs->addTab(buildBorderTab(), QStringLiteral("&Bordo"));
+    tabs->addTab(buildBackgroundTab(), QStringLiteral("S&fondo"));
+    tabs->addTab(buildEffectsTab(), QStringLiteral("&Effetti"));
     outer->addWidget(tabs);
 
     auto* out = new QHBoxLayout;
@@ -281,11 +281,11 @@ Form2::Form2(DesignerHost host, QWidget* owner)
     PBar->hide();
     out->addWidget(PBar, 1);
     out->addStretch();
-    cmdsaveButton = button(this, QStringLiteral("cmdsave"), QStringLiteral("Salva immagine..."),
+    cmdsaveButton = button(this, QStringLiteral("cmdsave"), QStringLiteral("&Salva immagine..."),
                            QStringLiteral("Salva l'immagine in un file bitmap"));
-    cmdclipboardButton = button(this, QStringLiteral("cmdclipboard"), QStringLiteral("Inserisci nel documento"),
+    cmdclipboardButton = button(this, QStringLiteral("cmdclipboard"), QStringLiteral("&Inserisci nel documento"),
                                 QStringLiteral("Copia l'immagine negli appunti e inseriscila nel documento"));
-    auto* close = button(this, QStringLiteral("cmdClose"), QStringLiteral("Chiudi"));
+    auto* close = button(this, QStringLiteral("cmdClose"), QStringLiteral("&Chiudi"));
     out->addWidget(cmdsaveButton);
     out->addWidget(cmdclipboardButton);
     out->addWidget(close);
@@ -430,9 +430,9 @@ QWidget* Form2::buildTextTab()
     return w;
 }
 
-QPushButton* Form2::colourButton(const QString& name, std::uint32_t colour, const QString& tip)
+QPushButton* Form2::colourButton(QWidget* parent, const QString& name, std::uint32_t colour, const QString& tip)
 {
-    auto* b = button(nullptr, name, QString(), tip);
+    auto* b = button(parent, name, QString(), tip);
     b->setFixedSize(44, 24);
     setButtonColour(b, colour);
     connect(b, &QPushButton::clicked, this, [this, b] { pickColour(b); });
@@ -468,12 +468,12 @@ QWidget* Form2::buildFillGroup(int index)
     g->setContentsMargins(0, 0, 0, 0);
     ChkCol[index] = check(w, QStringLiteral("ChkCol(%1)").arg(index), QStringLiteral("Colore"),
                           QStringLiteral("Colore Font"));
-    CmdSolCol[index] = colourButton(QStringLiteral("CmdSolCol(%1)").arg(index), index == 0 ? 0x000000 : 0x0000C0,
+    CmdSolCol[index] = colourButton(w, QStringLiteral("CmdSolCol(%1)").arg(index), index == 0 ? 0x000000 : 0x0000C0,
                                     QStringLiteral("Colore"));
     ChkGrad[index] = check(w, QStringLiteral("ChkGrad(%1)").arg(index), QStringLiteral("Gradiente"));
-    CmdGrCol[2 * index] = colourButton(QStringLiteral("CmdGrCol(%1)").arg(2 * index), index == 0 ? 0x0000FF : 0x000000,
+    CmdGrCol[2 * index] = colourButton(w, QStringLiteral("CmdGrCol(%1)").arg(2 * index), index == 0 ? 0x0000FF : 0x000000,
                                        QStringLiteral("Primo colore"));
-    CmdGrCol[2 * index + 1] = colourButton(QStringLiteral("CmdGrCol(%1)").arg(2 * index + 1),
+    CmdGrCol[2 * index + 1] = colourButton(w, QStringLiteral("CmdGrCol(%1)").arg(2 * index + 1),
                                            index == 0 ? 0xFF0000 : 0x00FFFF, QStringLiteral("Secondo colore"));
     CmdSwapColors[index] = button(w, QStringLiteral("CmdSwapColors(%1)").arg(index), QStringLiteral("Inverti colori"));
     CboGrStyle[index] = combo(w, QStringLiteral("CboGrStyle(%1)").arg(index),
@@ -602,7 +602,7 @@ QWidget* Form2::buildBackgroundTab()
 {
     auto* w = new QWidget;
     auto* g = new QGridLayout(w);
-    CmdBackcolor = colourButton(QStringLiteral("CmdBackcolor"), 0xFFFFFF, QStringLiteral("Colore sfondo"));
+    CmdBackcolor = colourButton(w, QStringLiteral("CmdBackcolor"), 0xFFFFFF, QStringLiteral("Colore sfondo"));
     CmdClearBack = button(w, QStringLiteral("CmdClearBack"), QStringLiteral("Rimuovi immagine"),
                           QStringLiteral("Togli l'immagine di sfondo"));
     cmdBackgroundButton = button(w, QStringLiteral("cmdBackground"), QStringLiteral("Immagine..."),
@@ -617,8 +617,8 @@ QWidget* Form2::buildBackgroundTab()
     g->addLayout(row, 0, 0, 1, 3);
 
     ChkGrad[2] = check(w, QStringLiteral("ChkGrad(2)"), QStringLiteral("Gradiente"));
-    CmdGrCol[4] = colourButton(QStringLiteral("CmdGrCol(4)"), 0xFFFFFF, QStringLiteral("Primo colore"));
-    CmdGrCol[5] = colourButton(QStringLiteral("CmdGrCol(5)"), 0xC08040, QStringLiteral("Secondo colore"));
+    CmdGrCol[4] = colourButton(w, QStringLiteral("CmdGrCol(4)"), 0xFFFFFF, QStringLiteral("Primo colore"));
+    CmdGrCol[5] = colourButton(w, QStringLiteral("CmdGrCol(5)"), 0xC08040, QStringLiteral("Secondo colore"));
     CmdSwapColors[2] = button(w, QStringLiteral("CmdSwapColors(2)"), QStringLiteral("Inverti Colori"));
     CboGrStyle[2] = combo(w, QStringLiteral("CboGrStyle(2)"),
                           {QStringLiteral("Circolare"), QStringLiteral("Orizziontale"), QStringLiteral("Verticale")},
@@ -716,7 +716,7 @@ QWidget* Form2::buildEffectsTab()
                      QStringLiteral("Fai clic sull'immagine per accendere la luce in quel punto"));
     ChkReal = check(light, QStringLiteral("ChkReal"), QStringLiteral("Reale"),
                     QStringLiteral("Impostando reale verrà illuminato anche il testo, che può diventare meno leggibile"));
-    CmdLightCol = colourButton(QStringLiteral("CmdLightCol"), 0x80FFFF, QStringLiteral("Colore luce"));
+    CmdLightCol = colourButton(light, QStringLiteral("CmdLightCol"), 0x80FFFF, QStringLiteral("Colore luce"));
     HScrStrnght = new QScrollBar(Qt::Horizontal, light);
     HScrStrnght->setObjectName(QStringLiteral("HScrStrnght"));
     HScrStrnght->setRange(10, 400);
@@ -743,7 +743,7 @@ QWidget* Form2::buildEffectsTab()
                     QStringLiteral("Disegna un rettangolo: fai clic su due angoli opposti"));
     cmdpip = button(draw, QStringLiteral("cmdpip"), QStringLiteral("Contagocce"),
                     QStringLiteral("Prendi il colore da un punto dell'immagine"));
-    CmdDrawColor = colourButton(QStringLiteral("CmdDrawColor"), 0x000000, QStringLiteral("Colore del disegno"));
+    CmdDrawColor = colourButton(draw, QStringLiteral("CmdDrawColor"), 0x000000, QStringLiteral("Colore del disegno"));
     for (QPushButton* b : {cmdPoint, cmdLine, cmdBox, cmdpip}) {
         b->setCheckable(true);
         dh->addWidget(b);
@@ -915,6 +915,16 @@ void Form2::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
     FrmBlock->setGeometry(rect());
+}
+
+void Form2::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    // The text is what the user comes to change first.
+    if (!event->spontaneous()) {
+        Text1->setFocus();
+        Text1->selectAll();
+    }
 }
 
 void Form2::closeEvent(QCloseEvent* event)

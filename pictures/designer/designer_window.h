@@ -161,6 +161,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     QWidget* buildTextTab();
@@ -169,7 +170,7 @@ private:
     QWidget* buildBackgroundTab();
     QWidget* buildEffectsTab();
     QWidget* buildFillGroup(int index);
-    QPushButton* colourButton(const QString& name, std::uint32_t colour, const QString& tip);
+    QPushButton* colourButton(QWidget* parent, const QString& name, std::uint32_t colour, const QString& tip);
     void pickColour(QPushButton* button);
     static std::uint32_t buttonColour(const QPushButton* button);
     static void setButtonColour(QPushButton* button, std::uint32_t colour);
