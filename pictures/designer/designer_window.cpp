@@ -552,9 +552,10 @@ QWidget* Form2::buildFillTab()
 {
     auto* w = new QWidget;
     auto* v = new QVBoxLayout(w);
+    // Made after the paints, so the keyboard meets them first.
+    v->addWidget(buildFillGroup(0));
     ChkTransparent = check(w, QStringLiteral("ChkTransparent"), QStringLiteral("Transparente"),
                            QStringLiteral("Imposta il colore del testo a trasparente"));
-    v->addWidget(buildFillGroup(0));
     v->addWidget(ChkTransparent);
     v->addStretch();
     connect(ChkTransparent, &QCheckBox::toggled, this, &Form2::changed);
