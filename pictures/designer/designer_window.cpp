@@ -295,6 +295,7 @@ Form2::Form2(DesignerHost host, QWidget* owner)
     FrmBlock = new QWidget(this);
     FrmBlock->setObjectName(QStringLiteral("FrmBlock"));
     FrmBlock->setAttribute(Qt::WA_NoSystemBackground);
+    FrmBlock->setFocusPolicy(Qt::StrongFocus);
     FrmBlock->hide();
 
     connect(cmdsaveButton, &QPushButton::clicked, this, &Form2::cmdsave);
@@ -510,7 +511,8 @@ QWidget* Form2::buildFillGroup(int index)
     t->addWidget(ImgPrev[index], 1, 1, 2, 1);
     HScrDL[index] = new QScrollBar(Qt::Horizontal, tex);
     HScrDL[index]->setObjectName(QStringLiteral("HScrDL(%1)").arg(index));
-    HScrDL[index]->setRange(0, 255);
+    // Left darkens, right lightens; the middle leaves the texture as it is.
+    HScrDL[index]->setRange(-255, 255);
     HScrDL[index]->setMinimumWidth(100);
     CmdDLOK[index] = button(tex, QStringLiteral("CmdDLOK(%1)").arg(index), QStringLiteral("OK"),
                             QStringLiteral("Conferma la trasparenza dell'immagine"));
@@ -853,14 +855,13 @@ void Form2::renderPicture()
     // A transparency left unconfirmed is dropped by the render: the bar goes
     // back and the preview shows the texture as it is.
     for (int i = 0; i < 2; ++i) {
-        if (!engine_->texturePreviewPending(i) && CmdDLOK[i]->isVisible() == false && HScrDL[i]->value() == 0)
+        const bool shownPending = !CmdDLOK[i]->isHidden() || HScrDL[i]->value() != 0;
+        if (engine_->texturePreviewPending(i) || !shownPending)
             continue;
-        if (!engine_->texturePreviewPending(i)) {
-            const QSignalBlocker block(HScrDL[i]);
-            HScrDL[i]->setValue(0);
-            CmdDLOK[i]->hide();
-            ImgPrev[i]->setPixmap(QPixmap::fromImage(engine_->texturePreviewImage(i)));
-        }
+        const QSignalBlocker block(HScrDL[i]);
+        HScrDL[i]->setValue(0);
+        CmdDLOK[i]->hide();
+        ImgPrev[i]->setPixmap(QPixmap::fromImage(engine_->texturePreviewImage(i)));
     }
     showPicture();
 }
@@ -1061,6 +1062,9 @@ void Form2::runFilter(int index)
     FrmBlock->setGeometry(rect());
     FrmBlock->show();
     FrmBlock->raise();
+    // The keys go to the cover too, so no control changes under the filter.
+    QWidget* hadFocus = focusWidget();
+    FrmBlock->setFocus();
     const int width = engine_->picture().width();
     PBar->setRange(0, std::max(0, width - 1));
     PBar->setValue(0);
@@ -1080,6 +1084,8 @@ void Form2::runFilter(int index)
     }
     busy_ = false;
     PBar->hide();
+    if (hadFocus)
+        hadFocus->setFocus();
 }
 
 void Form2::lightAt(QPoint at)

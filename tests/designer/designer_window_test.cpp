@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMouseEvent>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollBar>
@@ -295,6 +296,26 @@ TEST(DesignerWindow, TexturesFolderMissingIsToldAndCopiesGoToTheUsersFolder)
     d.form->File[0]->setCurrentItem(found.first());
     EXPECT_EQ(rgb(d.form->engine().texture(0)), rgb(red));
 
+    // The lightening bar previews; a render drops what was not confirmed,
+    // OK keeps it (255 makes any texture white).
+    QImage white(8, 8, QImage::Format_RGB32);
+    white.fill(Qt::white);
+    d.form->HScrDL[0]->setValue(255);
+    EXPECT_FALSE(d.form->CmdDLOK[0]->isHidden());
+    EXPECT_EQ(rgb(d.form->ImgPrev[0]->pixmap().toImage()), rgb(white));
+    d.form->ChkAlias->setChecked(true);
+    EXPECT_EQ(d.form->HScrDL[0]->value(), 0);
+    EXPECT_TRUE(d.form->CmdDLOK[0]->isHidden());
+    EXPECT_EQ(rgb(d.form->ImgPrev[0]->pixmap().toImage()), rgb(red));
+    EXPECT_EQ(rgb(d.form->engine().texture(0)), rgb(red));
+    d.form->HScrDL[0]->setValue(255);
+    d.form->CmdDLOK[0]->click();
+    EXPECT_TRUE(d.form->CmdDLOK[0]->isHidden());
+    EXPECT_EQ(rgb(d.form->engine().texture(0)), rgb(white));
+    d.form->File[0]->setCurrentRow(0);
+    d.form->File[0]->setCurrentItem(found.first());
+    EXPECT_EQ(rgb(d.form->engine().texture(0)), rgb(red));
+
     // A file that is not a picture is refused and the texture stays.
     const QString junk = d.dir.filePath("nota.bmp");
     QFile j(junk);
@@ -469,4 +490,32 @@ TEST(DesignerWindow, DrawingToolsAndDraggingTheText)
     f.ChkAlias->setChecked(true);
     f.ChkAlias->setChecked(false);
     EXPECT_EQ(f.picture(), moved);
+
+    // With the light on, a press on the picture lights it from there: the
+    // coloured light only adds, so no pixel gets darker and some get
+    // lighter; a render takes it away again.
+    f.ChkLight->setChecked(true);
+    d.dialogs.colour = 0x808080;  // a grey ground, which light can brighten
+    f.CmdBackcolor->click();
+    const QImage plain = rgb(f.picture());
+    d.dialogs.colour = 0xFFFFFF;
+    f.CmdLightCol->click();
+    const QPointF at(30, 30);
+    QMouseEvent press(QEvent::MouseButtonPress, at, f.Pic->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
+                      Qt::NoModifier);
+    QCoreApplication::sendEvent(f.Pic, &press);
+    const QImage lit = rgb(f.picture());
+    int lighter = 0, darker = 0;
+    for (int y = 0; y < lit.height(); ++y)
+        for (int x = 0; x < lit.width(); ++x) {
+            const int before = qGray(plain.pixel(x, y)), after = qGray(lit.pixel(x, y));
+            lighter += after > before;
+            darker += after < before;
+        }
+    EXPECT_GT(lighter, 0);
+    EXPECT_EQ(darker, 0);
+    EXPECT_EQ(f.CboAlign->currentIndex(), 3);  // the press lit, it did not move the text
+    f.ChkMirror->toggle();
+    f.ChkMirror->toggle();
+    EXPECT_EQ(rgb(f.picture()), plain);
 }
