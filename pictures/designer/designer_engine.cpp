@@ -771,19 +771,32 @@ void DesignerEngine::drawPoint(int x, int y, Colour colour)
 
 void DesignerEngine::drawLine(int x1, int y1, int x2, int y2, Colour colour)
 {
-    QPainter p(&pic_[1]);
-    p.setRenderHint(QPainter::Antialiasing, false);
-    p.setPen(QPen(QColor::fromRgb(toQRgb(colour)), 0));
-    p.drawLine(x1, y1, x2, y2);
+    // Both ends included, one pixel a step along the longer axis.
+    const int dx = std::abs(x2 - x1), dy = -std::abs(y2 - y1);
+    const int stepX = x1 < x2 ? 1 : -1, stepY = y1 < y2 ? 1 : -1;
+    int error = dx + dy;
+    for (;;) {
+        drawPoint(x1, y1, colour);
+        if (x1 == x2 && y1 == y2)
+            break;
+        const int twice = 2 * error;
+        if (twice >= dy) {
+            error += dy;
+            x1 += stepX;
+        }
+        if (twice <= dx) {
+            error += dx;
+            y1 += stepY;
+        }
+    }
 }
 
 void DesignerEngine::drawBox(int x1, int y1, int x2, int y2, Colour colour)
 {
-    QPainter p(&pic_[1]);
-    p.setRenderHint(QPainter::Antialiasing, false);
-    p.setPen(QPen(QColor::fromRgb(toQRgb(colour)), 0));
-    p.setBrush(Qt::NoBrush);
-    p.drawRect(QRect(QPoint(x1, y1), QPoint(x2, y2)).normalized());
+    drawLine(x1, y1, x2, y1, colour);
+    drawLine(x2, y1, x2, y2, colour);
+    drawLine(x2, y2, x1, y2, colour);
+    drawLine(x1, y2, x1, y1, colour);
 }
 
 Colour DesignerEngine::pickColour(int x, int y) const

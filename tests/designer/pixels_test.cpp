@@ -2,6 +2,7 @@
 // what the operation's rule gives when worked out here cell by cell.
 
 #include "pictures/designer/designer_engine.h"
+#include "designer/image_print.h"
 
 #include <QImage>
 
