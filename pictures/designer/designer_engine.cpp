@@ -712,8 +712,12 @@ void DesignerEngine::light(int x, int y, Colour colour, bool real, int strength,
     const double fraction[3] = {redOf(colour) / 255.0, greenOf(colour) / 255.0, blueOf(colour) / 255.0};
 
     // Where the letters stand on the picture: they stop a ray unless "Reale".
-    QImage letters = makeSurface(width, height, qRgb(255, 255, 255));
-    printText(letters, textX_, textY_, 0, s);
+    std::vector<char> letters(std::size_t(width) * std::size_t(height), 0);
+    for (const QPoint& p : stampFor(s).pixels) {
+        const int px = textX_ + p.x(), py = textY_ + p.y();
+        if (px >= 0 && py >= 0 && px < width && py < height)
+            letters[std::size_t(py) * std::size_t(width) + std::size_t(px)] = 1;
+    }
 
     const float length = float(std::max(strength, 1));
     const double height2 = std::pow(std::max(distance, 1), 2);
@@ -730,8 +734,7 @@ void DesignerEngine::light(int x, int y, Colour colour, bool real, int strength,
             const int py = int(std::lround(y + t * stepY));
             if (px < 0 || py < 0 || px >= width || py >= height)
                 break;
-            const bool letter = (letters.pixel(px, py) & 0xFFFFFF) != 0xFFFFFF;
-            if (letter && !real)
+            if (!real && letters[std::size_t(py) * std::size_t(width) + std::size_t(px)])
                 break;
             // Fainter with the distance walked, and fainter the higher the
             // lamp stands ("Distanza") at the same reach.
