@@ -138,6 +138,115 @@ void DesignerEngine::printText(QImage& surface, int x, int y, Colour colour, con
     }
 }
 
+std::vector<char> DesignerEngine::letterMask(int x, int y, int margin, const DesignerSettings& s) const
+{
+    // The letters at (x, y) on the surface, over a margin around it so that
+    // letters cut by the edge still reach in when moved.
+    const int w = pic_[0].width() + 2 * margin, h = pic_[0].height() + 2 * margin;
+    std::vector<char> mask(std::size_t(w) * std::size_t(h), 0);
+    for (const QPoint& p : stampFor(s).pixels) {
+        const int px = x + p.x() + margin, py = y + p.y() + margin;
+        if (px >= 0 && py >= 0 && px < w && py < h)
+            mask[std::size_t(py) * std::size_t(w) + std::size_t(px)] = 1;
+    }
+    return mask;
+}
+
+void DesignerEngine::printTextOver(QImage& surface, int x, int y, const QRect& offsets, Colour colour,
+                                   const DesignerSettings& s) const
+{
+    // The same as printing at every offset, done as a dilation of the
+    // letters: a row pass and a column pass of running counts, so a thick
+    // border costs no more than a thin one.
+    const int margin = std::max({-offsets.left(), offsets.right(), -offsets.top(), offsets.bottom(), 0});
+    const int w = surface.width() + 2 * margin, h = surface.height() + 2 * margin;
+    const std::vector<char> mask = letterMask(x, y, margin, s);
+    std::vector<char> rows(mask.size(), 0);
+    for (int py = 0; py < h; ++py) {
+        const char* in = &mask[std::size_t(py) * std::size_t(w)];
+        char* out = &rows[std::size_t(py) * std::size_t(w)];
+        // out(px) is set when in(px - dx) is, for some dx in the offsets.
+        int count = 0;
+        for (int px = 0; px < w; ++px) {
+            if (px == 0) {
+                count = 0;
+                for (int dx = offsets.left(); dx <= offsets.right(); ++dx) {
+                    const int sx = px - dx;
+                    count += sx >= 0 && sx < w && in[sx];
+                }
+            } else {
+                const int gone = px - 1 - offsets.right();
+                const int come = px - offsets.left();
+                count -= gone >= 0 && gone < w && in[gone];
+                count += come >= 0 && come < w && in[come];
+            }
+            out[px] = count > 0;
+        }
+    }
+    const QRgb rgb = toQRgb(colour);
+    for (int px = 0; px < w; ++px) {
+        int count = 0;
+        for (int py = 0; py < h; ++py) {
+            if (py == 0) {
+                for (int dy = offsets.top(); dy <= offsets.bottom(); ++dy) {
+                    const int sy = py - dy;
+                    count += sy >= 0 && sy < h && rows[std::size_t(sy) * std::size_t(w) + std::size_t(px)];
+                }
+            } else {
+                const int gone = py - 1 - offsets.bottom();
+                const int come = py - offsets.top();
+                count -= gone >= 0 && gone < h && rows[std::size_t(gone) * std::size_t(w) + std::size_t(px)];
+                count += come >= 0 && come < h && rows[std::size_t(come) * std::size_t(w) + std::size_t(px)];
+            }
+            const int sx = px - margin, sy = py - margin;
+            if (count > 0 && sx >= 0 && sy >= 0 && sx < surface.width() && sy < surface.height())
+                reinterpret_cast<QRgb*>(surface.scanLine(sy))[sx] = rgb;
+        }
+    }
+}
+
+std::vector<int> DesignerEngine::chessboardDistance(int x, int y, int margin, const DesignerSettings& s) const
+{
+    // Two passes over the eight neighbours give the exact chessboard
+    // distance; anything beyond the margin only needs to read as far.
+    const int w = pic_[0].width() + 2 * margin, h = pic_[0].height() + 2 * margin;
+    const std::vector<char> mask = letterMask(x, y, margin, s);
+    const int far = margin + 1;
+    std::vector<int> d(mask.size());
+    const auto at = [&](int px, int py) -> int& { return d[std::size_t(py) * std::size_t(w) + std::size_t(px)]; };
+    for (int py = 0; py < h; ++py)
+        for (int px = 0; px < w; ++px) {
+            int v = mask[std::size_t(py) * std::size_t(w) + std::size_t(px)] ? 0 : far;
+            if (v != 0) {
+                if (px > 0)
+                    v = std::min(v, at(px - 1, py) + 1);
+                if (py > 0) {
+                    v = std::min(v, at(px, py - 1) + 1);
+                    if (px > 0)
+                        v = std::min(v, at(px - 1, py - 1) + 1);
+                    if (px + 1 < w)
+                        v = std::min(v, at(px + 1, py - 1) + 1);
+                }
+            }
+            at(px, py) = v;
+        }
+    for (int py = h - 1; py >= 0; --py)
+        for (int px = w - 1; px >= 0; --px) {
+            int v = at(px, py);
+            if (px + 1 < w)
+                v = std::min(v, at(px + 1, py) + 1);
+            if (py + 1 < h) {
+                v = std::min(v, at(px, py + 1) + 1);
+                if (px + 1 < w)
+                    v = std::min(v, at(px + 1, py + 1) + 1);
+                if (px > 0)
+                    v = std::min(v, at(px - 1, py + 1) + 1);
+            }
+            at(px, py) = v;
+        }
+    return d;
+}
+
 int DesignerEngine::textWidth(const DesignerSettings& s) const
 {
     return stampFor(s).width;
@@ -423,13 +532,21 @@ void DesignerEngine::glowAndFade(const DesignerSettings& s, int cx, int cy, Colo
     // the fill, in percent, growing towards the letters.
     const int size = borderOf(s);
     const int n = size + 1 + (s.glow ? 1 : 0);
-    int r = size;
-    for (int k = 1; k <= size; ++k) {
-        const Colour share = Colour(int(100.0 / n * k));
-        for (int x = cx - r; x <= cx + r; ++x)
-            for (int y = cy - r; y <= cy + r; ++y)
-                printText(pic_[0], x, y, share, s);
-        --r;
+    // Ring k prints the text at every offset up to r = size - k + 1 in
+    // share k, each ring over the last: a pixel ends with the share of the
+    // smallest square that reaches it, that is of its chessboard distance
+    // from the letters.
+    if (size > 0) {
+        const std::vector<int> distance = chessboardDistance(cx, cy, size, s);
+        const int spanW = pic_[0].width() + 2 * size;
+        for (int y = 0; y < pic_[0].height(); ++y) {
+            auto* line = reinterpret_cast<QRgb*>(pic_[0].scanLine(y));
+            for (int x = 0; x < pic_[0].width(); ++x) {
+                const int d = distance[std::size_t(y + size) * std::size_t(spanW) + std::size_t(x + size)];
+                if (d <= size)
+                    line[x] = toQRgb(Colour(int(100.0 / n * (size - std::max(d, 1) + 1))));
+            }
+        }
     }
     printText(pic_[0], cx, cy, foreground, s);
 
@@ -505,9 +622,7 @@ void DesignerEngine::renderPicture(const DesignerSettings& s)
         const int right = s.right ? cx + b : cx;
         const int top = s.top ? cy - b : cy;
         const int bottom = s.bottom ? cy + b : cy;
-        for (int x = left; x <= right; ++x)
-            for (int y = top; y <= bottom; ++y)
-                printText(pic_[0], x, y, pen, s);
+        printTextOver(pic_[0], cx, cy, QRect(QPoint(left - cx, top - cy), QPoint(right - cx, bottom - cy)), pen, s);
         if (s.transparent)
             printText(pic_[0], cx, cy, kWhiteKey, s);
         keyCopy(pic_[2], pic_[0], workRect, 0, 0, kFillKey);
@@ -597,8 +712,12 @@ void DesignerEngine::light(int x, int y, Colour colour, bool real, int strength,
     const double fraction[3] = {redOf(colour) / 255.0, greenOf(colour) / 255.0, blueOf(colour) / 255.0};
 
     // Where the letters stand on the picture: they stop a ray unless "Reale".
-    QImage letters = makeSurface(width, height, qRgb(255, 255, 255));
-    printText(letters, textX_, textY_, 0, s);
+    std::vector<char> letters(std::size_t(width) * std::size_t(height), 0);
+    for (const QPoint& p : stampFor(s).pixels) {
+        const int px = textX_ + p.x(), py = textY_ + p.y();
+        if (px >= 0 && py >= 0 && px < width && py < height)
+            letters[std::size_t(py) * std::size_t(width) + std::size_t(px)] = 1;
+    }
 
     const float length = float(std::max(strength, 1));
     const double height2 = std::pow(std::max(distance, 1), 2);
@@ -615,8 +734,7 @@ void DesignerEngine::light(int x, int y, Colour colour, bool real, int strength,
             const int py = int(std::lround(y + t * stepY));
             if (px < 0 || py < 0 || px >= width || py >= height)
                 break;
-            const bool letter = (letters.pixel(px, py) & 0xFFFFFF) != 0xFFFFFF;
-            if (letter && !real)
+            if (!real && letters[std::size_t(py) * std::size_t(width) + std::size_t(px)])
                 break;
             // Fainter with the distance walked, and fainter the higher the
             // lamp stands ("Distanza") at the same reach.
@@ -771,19 +889,32 @@ void DesignerEngine::drawPoint(int x, int y, Colour colour)
 
 void DesignerEngine::drawLine(int x1, int y1, int x2, int y2, Colour colour)
 {
-    QPainter p(&pic_[1]);
-    p.setRenderHint(QPainter::Antialiasing, false);
-    p.setPen(QPen(QColor::fromRgb(toQRgb(colour)), 0));
-    p.drawLine(x1, y1, x2, y2);
+    // Both ends included, one pixel a step along the longer axis.
+    const int dx = std::abs(x2 - x1), dy = -std::abs(y2 - y1);
+    const int stepX = x1 < x2 ? 1 : -1, stepY = y1 < y2 ? 1 : -1;
+    int error = dx + dy;
+    for (;;) {
+        drawPoint(x1, y1, colour);
+        if (x1 == x2 && y1 == y2)
+            break;
+        const int twice = 2 * error;
+        if (twice >= dy) {
+            error += dy;
+            x1 += stepX;
+        }
+        if (twice <= dx) {
+            error += dx;
+            y1 += stepY;
+        }
+    }
 }
 
 void DesignerEngine::drawBox(int x1, int y1, int x2, int y2, Colour colour)
 {
-    QPainter p(&pic_[1]);
-    p.setRenderHint(QPainter::Antialiasing, false);
-    p.setPen(QPen(QColor::fromRgb(toQRgb(colour)), 0));
-    p.setBrush(Qt::NoBrush);
-    p.drawRect(QRect(QPoint(x1, y1), QPoint(x2, y2)).normalized());
+    drawLine(x1, y1, x2, y1, colour);
+    drawLine(x2, y1, x2, y2, colour);
+    drawLine(x2, y2, x1, y2, colour);
+    drawLine(x1, y2, x1, y1, colour);
 }
 
 Colour DesignerEngine::pickColour(int x, int y) const

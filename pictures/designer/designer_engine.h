@@ -166,7 +166,8 @@ public:
     void paintBackground(const DesignerSettings& s);
     void fillTexture(int index, const DesignerSettings& s);
     void fillGradient(int index, const DesignerSettings& s);
-    BackScroll backScroll(const DesignerSettings& s) const;  // updateBackScroll
+    BackScroll backScroll(const DesignerSettings& s) const;
+    BackScroll updateBackScroll(const DesignerSettings& s) const { return backScroll(s); }
 
     // Textures and background.
     void setTexture(int index, const QImage& image);
@@ -215,6 +216,11 @@ private:
     struct Stamp;
     const Stamp& stampFor(const DesignerSettings& s) const;
     void printText(QImage& surface, int x, int y, Colour colour, const DesignerSettings& s) const;
+    // The text printed at (x, y) moved by every offset of the rectangle.
+    void printTextOver(QImage& surface, int x, int y, const QRect& offsets, Colour colour,
+                       const DesignerSettings& s) const;
+    std::vector<char> letterMask(int x, int y, int margin, const DesignerSettings& s) const;
+    std::vector<int> chessboardDistance(int x, int y, int margin, const DesignerSettings& s) const;
     void resizeLayers(int w, int h);
     void glowAndFade(const DesignerSettings& s, int cx, int cy, Colour foreground);
     QRect textBox(const DesignerSettings& s) const;
