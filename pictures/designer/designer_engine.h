@@ -24,6 +24,7 @@
 #include <QRect>
 #include <QString>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <functional>
@@ -209,7 +210,7 @@ public:
     void bend(const DesignerSettings& s);  // the text gone, the background kept
 
     const QImage& picture() const { return pic_[1]; }
-    const QImage& surface(int index) const { return pic_[index]; }  // Pic(0..4)
+    const QImage& surface(int index) const { return pic_[std::size_t(std::clamp(index, 0, 4))]; }  // Pic(0..4)
     const QImage& magnify() const { return magnify_; }
     const TrigTable& trig() const { return trig_; }
 
