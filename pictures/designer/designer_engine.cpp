@@ -310,9 +310,11 @@ void DesignerEngine::placeByAlignment(const DesignerSettings& s)
     }
 }
 
-QPoint DesignerEngine::moveTextTo(int px, int py, const DesignerSettings& s) const
+QPoint DesignerEngine::moveTextTo(int px, int py, const DesignerSettings& s)
 {
-    return {px - textWidth(s) / 2, py - textHeight(s) / 2};
+    textX_ = px - textWidth(s) / 2;
+    textY_ = py - textHeight(s) / 2;
+    return {textX_, textY_};
 }
 
 void DesignerEngine::fillTexture(int index, const DesignerSettings& s)

@@ -24,6 +24,7 @@
 #include <QRect>
 #include <QString>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <functional>
@@ -185,9 +186,10 @@ public:
     int textHeight(const DesignerSettings& s) const;
     int textX() const { return textX_; }
     int textY() const { return textY_; }
-    // Dragging in "Manuale": where the text goes when centred on the pointer;
-    // the window keeps it in settings.textX/textY and sets align to 3.
-    QPoint moveTextTo(int px, int py, const DesignerSettings& s) const;
+    // Dragging in "Manuale": the text centred on the pointer. textX()/textY()
+    // take the new place at once, and it is returned too; the window keeps it
+    // in settings.textX/textY and sets align to 3 for the next render.
+    QPoint moveTextTo(int px, int py, const DesignerSettings& s);
 
     // The last tab: work on Pic(1) in place.
     void applyFilter(Filter filter, const std::function<void(int)>& column = {});
@@ -208,7 +210,7 @@ public:
     void bend(const DesignerSettings& s);  // the text gone, the background kept
 
     const QImage& picture() const { return pic_[1]; }
-    const QImage& surface(int index) const { return pic_[index]; }  // Pic(0..4)
+    const QImage& surface(int index) const { return pic_[std::size_t(std::clamp(index, 0, 4))]; }  // Pic(0..4)
     const QImage& magnify() const { return magnify_; }
     const TrigTable& trig() const { return trig_; }
 

@@ -170,6 +170,7 @@ TEST(DesignerRender, AlignmentPlacesTheTextAndKeepsTheBorderOnTheCanvas)
     s.align = int(Align::Manuale);
     const QPoint dragged = e.moveTextTo(20, 10, s);
     EXPECT_EQ(dragged, QPoint(20 - tw / 2, 10 - th / 2));
+    EXPECT_EQ(QPoint(e.textX(), e.textY()), dragged);
     s.textX = dragged.x();
     s.textY = dragged.y();
     e.renderPicture(s);
@@ -584,4 +585,46 @@ TEST(DesignerRender, DrawingToolsAndTheEyedropper)
     EXPECT_EQ(e.picture(), expected);
     EXPECT_EQ(e.pickColour(40, 20), 0x00FF00u);
     EXPECT_EQ(e.pickColour(0, 0), kBack);
+}
+
+TEST(DesignerRender, OddSettingsClipAndNeverFail)
+{
+    // Text far wider and taller than the picture, every option on, and
+    // sizes at and below one pixel: the copies clip, the picture keeps its size.
+    DesignerSettings s = small();
+    s.size = 72;
+    s.border = s.glow = s.antiAlias = s.alpha = s.mirror = true;
+    s.borderSize = 4;
+    s.alphaPercent = 70;
+    s.chkCol = {false, false};
+    s.chkGrad = {true, true, true};
+    s.grStyle = {0, 1, 0};
+    s.align = 9;
+    s.moveBackX = -5;
+    for (const QSize size : {QSize(64, 32), QSize(1, 1), QSize(0, -3), QSize(3, 90)}) {
+        s.sizeX = size.width();
+        s.sizeY = size.height();
+        for (const bool invert : {false, true}) {
+            s.invert = invert;
+            DesignerEngine e;
+            e.setBackground(patterned(7, 5));
+            e.renderPicture(s);
+            EXPECT_EQ(e.picture().size(), QSize(std::max(1, size.width()), std::max(1, size.height())));
+            for (int f = 0; f < 4; ++f)
+                e.applyFilter(f);
+            e.light(-3, 500, 0xFFFFFF, false, 30, 0, s);
+            e.shadow(0, 0, s);
+            e.hover(200, 0, s);
+            e.shadowPreview(300, -50, s);
+            e.drawLine(-10, -10, 100, 100, 0);
+        }
+    }
+    s.size = 0;
+    s.text = QStringLiteral("x");
+    s.borderSize = 1000;
+    s.glow = false;
+    s.fade = true;
+    DesignerEngine e;
+    e.renderPicture(s);
+    EXPECT_GT(e.textWidth(s), 0);
 }
