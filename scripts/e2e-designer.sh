@@ -10,11 +10,13 @@
 #
 #   scripts/e2e-designer.sh [path/to/tornelia]     (default build/app/tornelia)
 #
-# Needs xvfb-run, xdotool, xclip and ImageMagick. Prints PASS or FAIL.
+# Needs xvfb-run, xdotool, xclip, perl and ImageMagick. Prints PASS or FAIL.
 set -uo pipefail
 source "$(dirname "$(realpath "$0")")/e2e-common.sh"
 
 command -v xclip > /dev/null || fail "xclip is missing"
+command -v identify > /dev/null || fail "ImageMagick's identify is missing"
+command -v perl > /dev/null || fail "perl is missing"
 shots=${TORNELIA_E2E_SHOTS:-}
 
 doc="$work/con disegno.rtf"
@@ -107,6 +109,15 @@ for _ in $(seq 1 100); do
 done
 wait_file "$doc" 'pngblip' || fail "the saved document holds no picture: $(head -c 600 "$doc")"
 grep -q 'Prima' "$doc" || fail "the saved document lost its text"
+
+# The picture is the designer's whole canvas, and the gradient and the blur
+# left it with many shades where plain text would have two.
+# The group's words fill its first line; the hex data follows in lines.
+perl -0777 -ne 'if (/\\pngblip[^\r\n]*\r?\n([0-9a-fA-F\r\n]+)\}/) { ($h = $1) =~ s/\s//g; print $h }' "$doc" |
+    xxd -r -p > "$work/disegno.png"
+read -r size colours < <(identify -format '%wx%h %k\n' "$work/disegno.png" 2>/dev/null | head -n 1)
+[ "${size:-}" = "400x150" ] || fail "the picture in the document is ${size:-not readable}, not the 400x150 canvas"
+[ "${colours:-0}" -ge 16 ] || fail "the picture has only ${colours:-0} colours: no gradient or blur"
 
 kill "$pid" 2>/dev/null
 wait "$pid" 2>/dev/null
