@@ -268,7 +268,7 @@ TEST(DesignerWindow, EveryChangeRendersThePictureAnew)
     EXPECT_EQ(f.Text1->text(), "No Text");
 }
 
-TEST(DesignerWindow, TexturesFolderMissingIsToldAndCopiesGoToTheUsersFolder)
+TEST(DesignerWindow, TexturesAndBackgroundsFromTheFolderTheUserOrAFile)
 {
     {
         Designer d(false);
@@ -315,6 +315,33 @@ TEST(DesignerWindow, TexturesFolderMissingIsToldAndCopiesGoToTheUsersFolder)
     d.form->File[0]->setCurrentRow(0);
     d.form->File[0]->setCurrentItem(found.first());
     EXPECT_EQ(rgb(d.form->engine().texture(0)), rgb(red));
+
+    // A background larger than the canvas can be moved by the bars, as far
+    // as it reaches; shrunk to fit, or taken away, it cannot.
+    QImage big(600, 300, QImage::Format_RGB32);
+    for (int y = 0; y < big.height(); ++y)
+        for (int x = 0; x < big.width(); ++x)
+            big.setPixel(x, y, qRgb(x % 256, y % 256, 128));
+    const QString bigPath = d.dir.filePath("grande.png");
+    ASSERT_TRUE(big.save(bigPath));
+    Form2& f = *d.form;
+    const QSize canvas = f.picture().size();
+    d.dialogs.openPath = bigPath;
+    f.cmdBackgroundButton->click();
+    auto bars = [&] {
+        return QList<int>{f.HScrMoveBack->isEnabled(), f.HScrMoveBack->maximum(), f.VScrMoveBack->isEnabled(),
+                          f.VScrMoveBack->maximum()};
+    };
+    EXPECT_EQ(bars(), (QList<int>{1, 600 - canvas.width(), 1, 300 - canvas.height()}));
+    const QImage atOrigin = f.picture();
+    f.HScrMoveBack->setValue(50);
+    EXPECT_NE(f.picture(), atOrigin);
+    f.ChkShrink->setChecked(true);
+    EXPECT_EQ(bars(), (QList<int>{0, 0, 0, 0}));
+    f.ChkShrink->setChecked(false);
+    f.CmdClearBack->click();
+    EXPECT_EQ(bars(), (QList<int>{0, 0, 0, 0}));
+    EXPECT_FALSE(f.engine().hasBackground());
 
     // A file that is not a picture is refused and the texture stays.
     const QString junk = d.dir.filePath("nota.bmp");
