@@ -20,6 +20,7 @@ class QCheckBox;
 class QComboBox;
 class QFrame;
 class QLabel;
+class QLayout;
 class QLineEdit;
 class QListWidget;
 class QProgressBar;
@@ -164,6 +165,7 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    QLayout* buildOutputRow();
     QWidget* buildTextTab();
     QWidget* buildFillTab();
     QWidget* buildBorderTab();
