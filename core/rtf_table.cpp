@@ -380,7 +380,14 @@ void Builder::startRow(Level& l, const RowDef& def)
     std::vector<Span> spans;
     int col = 0;
     for (size_t k = 0; k < def.cells.size(); ++k) {
-        const int last = std::max(col, columnOfEdge(l, rights[k]));
+        const int edge = columnOfEdge(l, rights[k]);
+        if (col >= t->columns() && !spans.empty()) {
+            // Edges too close to part: the cell's text joins the one before.
+            l.cellColumn[k] = spans.back().first;
+            l.cellMerged[k] = true;
+            continue;
+        }
+        const int last = std::min(t->columns() - 1, std::max(col, edge));
         if (def.cells[k].hMerge && !spans.empty()) {
             spans.back().last = last;
             l.cellColumn[k] = spans.back().first;

@@ -128,3 +128,18 @@ TEST(Html, TheCommandLineWritesTheSamePage)
 }
 
 }  // namespace
+
+// A table becomes a table: rows, cells with their spans, the text of each
+// cell without the tab or the break that ends it in Text.
+TEST(Html, TablesBecomeTableRowsAndCells)
+{
+    RichTextSurface s;
+    s.setTextRTF(rtfDoc("", "Sopra\\par"
+                            "\\trowd\\cellx1000\\cellx2000\\cellx3000\\pard\\intbl a\\cell b\\cell c\\cell\\row"
+                            "\\trowd\\clvmgf\\cellx1000\\cellx3000\\pard\\intbl d\\cell e\\cell\\row"
+                            "\\trowd\\clvmrg\\cellx1000\\cellx2000\\cellx3000\\pard\\intbl\\cell f\\cell g\\cell\\row"
+                            "\\pard Sotto\\par"));
+    EXPECT_EQ(RichToHTML(s).toStdString(),
+              "<font face=\"Tahoma\"><font color=#000000>Sopra\r\n<table border=1><tr><td>a</td><td>b</td><td>c</td></tr>"
+              "<tr><td rowspan=2>d</td><td colspan=2>e</td></tr><tr><td>f</td><td>g</td></tr></table>Sotto<br>");
+}
