@@ -382,6 +382,8 @@ void Document::Aprii(const QString& chosen)
     showOpenedName(false);
 
     segnaSalvato();
+    if (onUndoOpened)
+        onUndoOpened();
     if (onRecentAdd)
         onRecentAdd(path);
     if (onConalinee)
@@ -432,6 +434,8 @@ void Document::RecENt(const QString& path)
             testo_.recordFileName(file);
             showOpenedName(true);
             segnaSalvato();
+            if (onUndoOpened)
+                onUndoOpened();
             if (onRecentAdd)
                 onRecentAdd(file);
         }

@@ -33,6 +33,7 @@ public:
 
     // --- what later parts of the program plug in; empty means nothing to do ---
     std::function<void()> onUndoClear;                  // the undo store is emptied
+    std::function<void()> onUndoOpened;                 // a file was opened: undo can go back to it
     std::function<void()> onShowStartPanel;             // frmAv
     std::function<void(const QString&)> onRecentAdd;    // aggiungiRecente
     std::function<void()> onConalinee;                  // status bar refresh

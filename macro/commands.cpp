@@ -82,6 +82,9 @@ MacroValue c::RunFun(const QString& name, const QString& argument, const QString
         SetVar(argumentText, answer);
     } else if (cmd == QLatin1String("type")) {
         testo.SetFocus();
+        // What a macro types is one change, as a typed word is: undo takes it back.
+        if (host_.undo)
+            attempt([&] { host_.undo->unDO(); });
         attempt([&] { testo.setSelText(argument); });
     } else if (cmd == QLatin1String("sst")) {
         testo.SetFocus();
