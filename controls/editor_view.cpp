@@ -274,6 +274,14 @@ void EditorTextItem::keyPressEvent(QKeyEvent* e)
         e->ignore();
         return;
     }
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+        // The item alone has no screen to page by; the view has.
+        if (ctrl || alt)
+            break;
+        view_.movePage(e->key() == Qt::Key_PageDown, mods & Qt::ShiftModifier);
+        e->accept();
+        return;
     default:
         break;
     }
@@ -719,20 +727,50 @@ void EditorView::scheduleEnsureCaretVisible()
     });
 }
 
-void EditorView::ensureCaretVisible()
+QRectF EditorView::caretRect(const QTextCursor& c) const
 {
-    const QTextCursor& c = surface_.cursor();
     const QTextBlock block = c.block();
     QTextLayout* layout = block.isValid() ? block.layout() : nullptr;
     if (!layout)
-        return;
+        return {};
     const int inBlock = c.position() - block.position();
     const QTextLine line = layout->lineForTextPosition(inBlock);
     if (!line.isValid())
-        return;
+        return {};
     const QPointF origin = layout->position();
-    const QRectF caret(origin.x() + line.cursorToX(inBlock), origin.y() + line.y(), 1, line.height());
-    ensureVisible(item_->mapRectToScene(caret), 8, 8);
+    return QRectF(origin.x() + line.cursorToX(inBlock), origin.y() + line.y(), 1, line.height());
+}
+
+void EditorView::ensureCaretVisible()
+{
+    const QRectF caret = caretRect(surface_.cursor());
+    if (caret.isValid())
+        ensureVisible(item_->mapRectToScene(caret), 8, 8);
+}
+
+void EditorView::movePage(bool down, bool extend)
+{
+    // A screen at a time: the text scrolls by the window's height and the
+    // caret goes the same way, keeping its place on the screen. Past the
+    // first or last screen it lands on the first or last line.
+    QTextCursor c = item_->textCursor();
+    const QRectF caret = caretRect(c);
+    if (!caret.isValid())
+        return;
+    const int screen = std::max(1, viewport()->height());
+    const qreal step = screen / zoom_;
+    const QRectF bounds = item_->boundingRect();
+    const QPointF target(caret.center().x(),
+                         std::clamp(caret.center().y() + (down ? step : -step), bounds.top(),
+                                    std::max(bounds.top(), bounds.bottom() - 1)));
+    const int pos = surface_.document()->documentLayout()->hitTest(target, Qt::FuzzyHit);
+    if (pos < 0)
+        return;
+    c.setPosition(pos, extend ? QTextCursor::KeepAnchor : QTextCursor::MoveAnchor);
+    item_->setTextCursor(c);
+    QScrollBar* bar = verticalScrollBar();
+    bar->setValue(bar->value() + (down ? screen : -screen));
+    itemMovedCursor();
 }
 
 void EditorView::resizeEvent(QResizeEvent* event)

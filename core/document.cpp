@@ -303,8 +303,10 @@ void Document::writeFileName(const QString& path, bool load)
     if (load && kindOf(path) != KindText) {
         try {
             testo_.setFileName(path);
-        } catch (const std::exception&) {
-            // What the load put in stays.
+        } catch (const SurfaceError& e) {
+            // What the load put in stays, and the person is told the rest is missing.
+            mostraMsg(QStringLiteral("Apri file"),
+                      QStringLiteral("Errore durante la lettura del file!\n") + QString::fromUtf8(e.what()), 0, 3);
         }
     } else {
         testo_.recordFileName(path);
@@ -366,7 +368,9 @@ void Document::Aprii(const QString& chosen)
             setUpBar(path);
             lineCar(path, kindOf(path) == KindText ? LoadAs::Text : LoadAs::Contents);
             loaded = true;
-        } catch (const std::exception&) {
+            // A file opens at its beginning, whatever the load left the caret at.
+            testo_.setSelStart(0);
+        } catch (const SurfaceError&) {
             // Half a file is not the file: the person is told, and it does
             // not go on the recent list.
             testo_.setText({});
@@ -431,6 +435,7 @@ void Document::RecENt(const QString& path)
             readOnlyTest(file, true);
             setUpBar(file);
             lineCar(file, kindOf(file) == KindText ? LoadAs::Text : LoadAs::Contents);
+            testo_.setSelStart(0);
             testo_.recordFileName(file);
             showOpenedName(true);
             segnaSalvato();
@@ -439,7 +444,7 @@ void Document::RecENt(const QString& path)
             if (onRecentAdd)
                 onRecentAdd(file);
         }
-    } catch (const std::exception&) {
+    } catch (const SurfaceError&) {
         mostraMsg(QStringLiteral("Apri file recente"),
                   QStringLiteral("Errore durante l'apertura del file!"), 0, 0);
     }

@@ -396,10 +396,10 @@ QString Writer::run()
         enum Kind { Para, Run, Picture, MarkFormat, Break } kind;
         ParaWords para;
         int formatKey = 0;
-        QString label;
+        QString label{};
         int number = 1;
-        QTextCharFormat format;
-        QString text;
+        QTextCharFormat format{};
+        QString text{};
     };
     std::vector<Item> items;
     bool anyFormat = false;

@@ -1,6 +1,7 @@
 #include "core/typing_assist.h"
 
 #include "core/codepage.h"
+#include "core/go_on.h"
 
 #include <exception>
 
@@ -32,10 +33,7 @@ NoProcedures& noProcedures()
 template <typename Step>
 void goOn(Step&& step)
 {
-    try {
-        step();
-    } catch (const std::exception&) {
-    }
+    goOnAt<SurfaceError>("Digitazione", step);
 }
 
 // Key codes and characters, as the handlers get them.
@@ -226,6 +224,17 @@ void TypingAssist::KeyPress(int& k)
         goOn([&] { t.setSelText(QStringLiteral(": ")); });
         k = 0;
     }
+}
+
+std::span<const TakenKey> keysTaken()
+{
+    // Tab, Enter while picture bullets are on, Delete for its undo step, F2
+    // for the case cycle, then the table of Control keys.
+    static constexpr TakenKey keys[] = {
+        {kTab, -1}, {kEnter, -1}, {kDelete, -1}, {kF2, -1},  //
+        {'A', kCtrl}, {'C', kCtrl}, {'E', kCtrl}, {'L', kCtrl}, {'V', kCtrl}, {'X', kCtrl}, {189, kCtrl}, {190, kCtrl},
+    };
+    return keys;
 }
 
 void TypingAssist::KeyDown(int& code, int& shift)

@@ -229,8 +229,9 @@ TEST(Surface, LineMetricsFollowTheLayout)
         const long start = s.LineIndex(line);
         EXPECT_EQ(s.LineFromChar(start), line);
         total += s.LineLength(start);
-        if (line + 1 < lines - 1)
+        if (line + 1 < lines - 1) {
             EXPECT_EQ(s.LineIndex(line + 1), start + s.LineLength(start));
+        }
     }
     EXPECT_EQ(total, s.length() - 2);  // every character once, the break apart
     EXPECT_EQ(s.LineFromChar(s.length()), lines - 1);
