@@ -45,8 +45,8 @@ struct Mark {
     qsizetype colourAsked = 0;
     QString caption;
     QStringList shown;  // visible top-level widgets and open popups
-    // Toolbars, ruler, page view, the view's scale, keyboard, autosave, undo
-    // switch; the zoom combo's own text is not a mark, since the walk picks in it.
+    // Toolbars, ruler, page view, the view's scale and the zoom level shown,
+    // keyboard, autosave, undo switch.
     QString view;
     bool operator==(const Mark&) const = default;
 };
@@ -59,7 +59,8 @@ QString clipboardText()
     return m->text() + u'|' + QString::fromLatin1(m->data(QStringLiteral("text/rtf")));
 }
 
-Mark markOf(testing::TestContext& t, MainWindow& w)
+// The zoom combo's text counts, except when the walk itself picks in it.
+Mark markOf(testing::TestContext& t, MainWindow& w, bool zoomText = true)
 {
     Mark m;
     RichTextSurface& testo = t.context->testo();
@@ -82,7 +83,8 @@ Mark markOf(testing::TestContext& t, MainWindow& w)
     m.shown.sort();
     m.view = QStringList{QString::number(w.toolbar(0)->isVisible()), QString::number(w.toolbar(1)->isVisible()),
                          QString::number(w.layout().rulerWanted()), QString::number(w.layout().vistaPagina()),
-                         QString::number(w.editor()->zoomFactor()), QString::number(w.keyboard()->isVisible()),
+                         QString::number(w.editor()->zoomFactor()), zoomText ? w.cbZoom()->currentText() : QString(),
+                         QString::number(w.keyboard()->isVisible()),
                          QString::number(w.autosave().attivo()), QString::number(t.context->undo().annullaOff())}
                  .join(u',');
     return m;
@@ -181,7 +183,9 @@ void use(MainWindow& w, const Row& r, QAction* a)
         auto* box = w.findChild<QComboBox*>(QString::fromLatin1(r.row->id));
         if (!box || box->count() == 0)
             return;
-        int i = box->count() / 2;
+        // Near the end of the list: a large size, a zoom that scales the
+        // view, a colour other than the automatic one.
+        int i = std::max(0, box->count() - 2);
         if (i == box->currentIndex() || box->itemText(i) == box->currentText())
             i = (i + 1) % box->count();
         box->setCurrentIndex(i);
@@ -242,11 +246,12 @@ QString walk(const Row& r)
     if (a && !a->isEnabled())
         return QStringLiteral("disabled");
 
-    const Mark before = markOf(t, w);
+    const bool zoomText = r.row->kind != RowKind::Combo || qstrcmp(r.row->id, "cbZoom") != 0;
+    const Mark before = markOf(t, w, zoomText);
     ModalCloser closer;
     use(w, r, a);
     QApplication::processEvents();
-    const Mark after = markOf(t, w);
+    const Mark after = markOf(t, w, zoomText);
     // The windows a command left open go before the main window does.
     for (QWidget* top : QApplication::topLevelWidgets())
         if (top != &w && top->isVisible())
