@@ -370,22 +370,16 @@ void FrmIm::command3()
         pastePicture(testo_, undo_, pictureGroupForFile(path), QImage(path));
         return;
     }
-    // A link: the document shows the file's picture, and writes a field
-    // that names the file with no picture of its own, so that other
-    // programs load the file itself when they open the document.
+    // A link: the document names the file in an INCLUDEPICTURE field, so
+    // that other programs load the file itself; the copy of the picture is
+    // the field's result, for the readers that do not follow links and for
+    // the day the file is gone.
     const QByteArray group = pictureGroupForFile(path);
     if (group.isEmpty())
         return;
-    pastePicture(testo_, undo_, group, QImage(path));
-    const QByteArray url = QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()).toEncoded();
-    QTextCursor c(testo_.document());
-    c.setPosition(testo_.cursor().position() - 1);
-    c.setPosition(testo_.cursor().position(), QTextCursor::KeepAnchor);
-    QTextCharFormat f = c.charFormat();
-    if (!f.isImageFormat())
-        return;
-    f.setProperty(prop::RawGroup, QByteArray("{\\field{\\*\\fldinst INCLUDEPICTURE \"" + url + "\" \\\\d}{\\fldrslt }}"));
-    c.setCharFormat(f);
+    const QString url = QString::fromLatin1(QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()).toEncoded());
+    pastePicture(testo_, undo_, linkedPictureField(QStringLiteral("INCLUDEPICTURE \"%1\" \\d").arg(url), group),
+                 QImage(path));
 }
 
 // --- frmImProp ----------------------------------------------------------
