@@ -129,6 +129,20 @@ QByteArray pictureGroup(const QTextDocument& doc, const QTextImageFormat& f)
     return link.isEmpty() ? group : linkedPictureField(link, group);
 }
 
+QTextCharFormat textFormatAt(const QTextCursor& c)
+{
+    QTextCursor at(c);
+    at.clearSelection();
+    QTextCharFormat f = at.charFormat();
+    if (f.isImageFormat()) {
+        for (const int id : {int(QTextFormat::ObjectType), int(QTextFormat::ImageName), int(QTextFormat::ImageWidth),
+                             int(QTextFormat::ImageHeight), prop::RawGroup, prop::PictureGoal, prop::PictureLink})
+            f.clearProperty(id);
+    }
+    f.clearProperty(QTextFormat::ObjectIndex);
+    return f;
+}
+
 QString linkedPictureFile(const QString& instruction)
 {
     QString rest = instruction.trimmed();

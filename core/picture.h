@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QSize>
 #include <QString>
+#include <QTextCursor>
 #include <QTextDocument>
 #include <QTextImageFormat>
 
@@ -39,6 +40,12 @@ QString linkedPictureFile(const QString& instruction);
 // The field of a linked picture: the instruction, and the picture group as
 // its result for the readers that do not follow links.
 QByteArray linkedPictureField(const QString& instruction, const QByteArray& resultGroup);
+
+// The format that text typed at c takes: the character's before it, or at
+// the start of a paragraph the first one's; a picture there gives its
+// character format without the picture. A bullet picture pasted at the
+// start of a line must not change the font of what the user types next.
+QTextCharFormat textFormatAt(const QTextCursor& c);
 
 // A PNG picture group for an image, shown at goalTwips (the image's own size
 // at 96 dpi when empty). Empty for a null image.
