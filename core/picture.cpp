@@ -149,12 +149,20 @@ QString linkedPictureFile(const QString& instruction)
     if (!rest.startsWith(QLatin1String("INCLUDEPICTURE"), Qt::CaseInsensitive))
         return {};
     rest = rest.mid(14).trimmed();
+    // The name is the quoted argument, or the first word that is no switch;
+    // switches may stand before it.
     QString name;
-    if (rest.startsWith(u'"')) {
-        const qsizetype end = rest.indexOf(u'"', 1);
-        name = rest.mid(1, end < 0 ? -1 : end - 1);
+    const qsizetype quote = rest.indexOf(u'"');
+    if (quote >= 0) {
+        const qsizetype end = rest.indexOf(u'"', quote + 1);
+        name = rest.mid(quote + 1, end < 0 ? -1 : end - quote - 1);
     } else {
-        name = rest.section(u' ', 0, 0, QString::SectionSkipEmpty);
+        for (const QString& word : rest.split(u' ', Qt::SkipEmptyParts)) {
+            if (!word.startsWith(u'\\')) {
+                name = word;
+                break;
+            }
+        }
     }
     // Field arguments double their backslashes.
     name.replace(QLatin1String("\\\\"), QLatin1String("\\"));

@@ -16,6 +16,8 @@
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTextCursor>
+#include <QTextImageFormat>
 #include <QUrl>
 
 using namespace tornelia;
@@ -198,6 +200,10 @@ TEST(FrmImProp, ResizesToFiveByThreeCentimetresAndSurvivesSaving)
     EXPECT_EQ(reread.width, QStringLiteral("2835"));
     EXPECT_EQ(reread.height, QStringLiteral("1701"));
     EXPECT_EQ(selectedPicture(again).size(), QSize(120, 80));
+    QTextCursor shown(again.document());
+    shown.setPosition(again.cursor().selectionEnd());
+    const QTextImageFormat f = shown.charFormat().toImageFormat();
+    EXPECT_EQ(QSizeF(f.width(), f.height()), QSizeF(189, 113));  // 2835 x 1701 twips on the screen
 
     // Another word processor sees the same picture at the same size.
     const QString soffice = QStandardPaths::findExecutable(QStringLiteral("soffice"));
@@ -322,12 +328,13 @@ TEST(PictureLinks, FieldsOfOtherProgramsAreFollowedAndKept)
     const QString small = QString::fromLatin1(pngPictureGroup(stripes(4, 2), QSize(600, 300)));
     const QString path = png;
     // A word processor's own shape: nested instruction group, switches, the
-    // picture twice; a path with doubled backslashes is no local file here.
+    // picture twice; a path with doubled backslashes is no local file here;
+    // a switch may come before the name.
     const QString word = QStringLiteral("{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\pard A{\\field\\flddirty{\\*\\fldinst { INCLUDEPICTURE  \"%1\" \\\\* MERGEFORMATINET }}"
                                         "{\\fldrslt {{\\*\\shppict%2}{\\nonshppict%2}}}}B"
                                         "{\\field{\\*\\fldinst HYPERLINK \"http://x\"}{\\fldrslt C}}"
                                         "{\\field{\\*\\fldinst INCLUDEPICTURE \"C:\\\\\\\\img\\\\\\\\a.png\"}{\\fldrslt %2}}"
-                                        "{\\field{\\*\\fldinst INCLUDEPICTURE \"%1\"}{\\fldrslt }}\\par}")
+                                        "{\\field{\\*\\fldinst INCLUDEPICTURE \\\\d \"%1\"}{\\fldrslt }}\\par}")
                              .arg(path, small);
     RichTextSurface t;
     t.setTextRTF(word);
