@@ -151,6 +151,9 @@ void pastePicture(RichTextSurface& testo, UndoStore& undo, const QByteArray& rtf
     if (rtfGroup.isEmpty())
         return;
     undo.unDO();
+    // The picture takes the font of the text where it goes, so that what is
+    // typed after it goes on in that font.
+    const QTextCharFormat around = textFormatAt(testo.cursor());
     ClipboardGuard guard;
     guard.saveClipboard();
     // The picture goes on the clipboard both as rich text (its group, which
@@ -161,6 +164,12 @@ void pastePicture(RichTextSurface& testo, UndoStore& undo, const QByteArray& rtf
         mime->setImageData(image);
     QGuiApplication::clipboard()->setMimeData(mime);
     testo.Paste();
+    QTextCursor picture = testo.cursor();
+    const int end = picture.position();
+    picture.setPosition(std::max(0, end - 1));
+    picture.setPosition(end, QTextCursor::KeepAnchor);
+    if (picture.charFormat().isImageFormat())
+        picture.mergeCharFormat(around);
     undo.unDO();
     guard.restoreClipboard();
 }
@@ -292,7 +301,10 @@ FrmIm::FrmIm(RichTextSurface& testo, UndoStore& undo, DialogPort& dialogs, QWidg
     auto* preview = new QPushButton(QStringLiteral("&Anteprima"), this);
     auto* insert = new QPushButton(QStringLiteral("&Inserisci"), this);
     auto* close = new QPushButton(QStringLiteral("&Chiudi"), this);
-    insert->setDefault(true);
+    // Return in the path box shows the preview; inserting is a choice of
+    // its own.
+    for (QPushButton* b : {preview, insert, close})
+        b->setAutoDefault(false);
     buttons->addStretch();
     buttons->addWidget(preview);
     buttons->addWidget(insert);

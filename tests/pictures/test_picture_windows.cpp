@@ -361,3 +361,30 @@ TEST(PictureLinks, FieldsOfOtherProgramsAreFollowedAndKept)
     back.setTextRTF(written);
     EXPECT_EQ(back.TextRTF(), written);
 }
+
+TEST(FrmIm, TextAfterAnInsertedPictureGoesOnInTheFontAround)
+{
+    QTemporaryDir dir;
+    const QString png = dir.filePath(QStringLiteral("foto.png"));
+    ASSERT_TRUE(stripes(30, 20).save(png));
+    Doc d;
+    d.testo.setText(QStringLiteral("ab"));
+    d.testo.setSelStart(0);
+    d.testo.setSelLength(2);
+    d.testo.setSelFontName(QStringLiteral("Courier New"));
+    d.testo.setSelFontSize(16);
+    d.testo.setSelBold(true);
+    d.testo.setSelStart(1);
+    FrmIm im(d.testo, d.undo, d.dialogs, nullptr);
+    im.immm(png);
+    im.command3();
+    d.testo.setSelText(QStringLiteral("x"));
+
+    // The picture, the letter typed after it and the text around: one font.
+    d.testo.setSelStart(0);
+    d.testo.setSelLength(4);
+    EXPECT_EQ(d.testo.Text(), QStringLiteral("a") + QChar(QChar::ObjectReplacementCharacter) + QStringLiteral("xb"));
+    EXPECT_EQ(d.testo.SelFontName(), std::optional(QStringLiteral("Courier New")));
+    EXPECT_EQ(d.testo.SelFontSize(), std::optional(16.0f));
+    EXPECT_EQ(d.testo.SelBold(), std::optional(true));
+}
