@@ -303,7 +303,7 @@ FrmIm::FrmIm(RichTextSurface& testo, UndoStore& undo, DialogPort& dialogs, QWidg
     auto* close = new QPushButton(QStringLiteral("&Chiudi"), this);
     // Return in the path box shows the preview; inserting is a choice of
     // its own.
-    for (QPushButton* b : {preview, insert, close})
+    for (QPushButton* b : {u1, preview, insert, close})
         b->setAutoDefault(false);
     buttons->addStretch();
     buttons->addWidget(preview);
