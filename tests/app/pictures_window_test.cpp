@@ -11,7 +11,10 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QGraphicsTextItem>
+#include <QMouseEvent>
 #include <QTextBlock>
+#include <QTextLayout>
 #include <QTextDocument>
 #include <QTimer>
 
@@ -99,6 +102,30 @@ TEST_F(PicturesWindowTest, PicturesShowAtTheirFilesSizeAndASelectedOneIsMarked)
     EXPECT_GE(unselected, 40 * 19);  // the whole picture, but where the caret crosses it
     testo().setSelLength(1);
     EXPECT_LT(pixelsOf(qRgb(255, 0, 0)), unselected / 10);
+
+    // A click on the picture selects it; a click on the text beside it puts
+    // the caret there.
+    testo().setTextRTF(QStringLiteral("{\\rtf1\\ansi ") + QString::fromLatin1(pngPictureGroup(red)) +
+                       QStringLiteral(" dopo la foto}"));
+    QApplication::processEvents();
+    const QTextBlock block = testo().document()->begin();
+    const QTextLine line = block.layout()->lineAt(0);
+    const QPointF origin = block.layout()->position();
+    const auto click = [&](qreal x) {
+        QGraphicsTextItem* item = window.editor()->textItem();
+        const QPoint at = window.editor()->mapFromScene(item->mapToScene(origin + QPointF(x, line.height() / 2)));
+        QWidget* viewport = window.editor()->viewport();
+        QMouseEvent press(QEvent::MouseButtonPress, at, viewport->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
+                          Qt::NoModifier);
+        QCoreApplication::sendEvent(viewport, &press);
+        QMouseEvent release(QEvent::MouseButtonRelease, at, viewport->mapToGlobal(at), Qt::LeftButton, Qt::NoButton,
+                            Qt::NoModifier);
+        QCoreApplication::sendEvent(viewport, &release);
+        return QStringLiteral("%1+%2").arg(testo().SelStart()).arg(testo().SelLength());
+    };
+    const qreal pictureEnd = line.cursorToX(1);
+    EXPECT_EQ((QStringList{click(pictureEnd * 0.3), click(pictureEnd * 0.9), click(line.cursorToX(20) + 1)}),
+              (QStringList{QStringLiteral("0+1"), QStringLiteral("0+1"), QStringLiteral("14+0")}));
 }
 
 TEST_F(PicturesWindowTest, TextAfterEachBulletKeepsTheFontTypedBefore)
