@@ -178,19 +178,39 @@ TEST(RtfSamples, SuperSubSmallCapsAndDoubleStrikeAreKeptAndWritten)
                                 "raised|Arial,12,offset_half_points=6", " |Arial,12", "lowered|Arial,12,offset_half_points=-4",
                                 " |Arial,12", "Small Caps|Arial,12,small_caps=true", " |Arial,12",
                                 "twice|Arial,12,double_strike=true,strike=true", " |Arial,12", "once|Arial,12,strike=true"}));
-    // \super and \sub go back as the offsets the string engine reads.
-    for (const char* w : {"\\dn6 2", "\\up6 2", "\\up6 raised", "\\dn4 lowered", "\\scaps Small", "\\striked1 twice"})
-        EXPECT_TRUE(l.rtf.contains(QLatin1String(w))) << w << "\n" << l.rtf.toStdString();
-    // Only \super and \sub shrink; \up and \dn raise and lower at full size.
+    // \super and \sub go back as themselves, so that the shrink survives a
+    // reload; \up and \dn stay offsets at full size.
+    EXPECT_TRUE(l.rtf.contains(QLatin1String(
+        "\\pard\\f0\\fs24 H\\sub 2\\nosupersub O x\\super 2\\nosupersub  \\up6 raised\\up0  \\dn4 lowered\\up0  "
+        "\\scaps Small Caps\\scaps0  \\striked1 twice\\striked0  \\strike once\\par\r\n")))
+        << l.rtf.toStdString();
+    // Only \super and \sub shrink, after a reload too.
+    auto shownOffsets = [](const RichTextSurface& s) {
+        QStringList shown;
+        for (auto it = s.document()->begin().begin(); !it.atEnd(); ++it) {
+            const QTextCharFormat f = it.fragment().charFormat();
+            if (f.verticalAlignment() != QTextCharFormat::AlignNormal || f.baselineOffset() != 0)
+                shown << QStringLiteral("%1:%2:%3").arg(it.fragment().text()).arg(int(f.verticalAlignment())).arg(f.baselineOffset());
+        }
+        return str(shown);
+    };
     RichTextSurface s;
     s.setFileName(sample("character_formats.rtf"));
-    QStringList shown;
-    for (auto it = s.document()->begin().begin(); !it.atEnd(); ++it) {
-        const QTextCharFormat f = it.fragment().charFormat();
-        if (f.verticalAlignment() != QTextCharFormat::AlignNormal || f.baselineOffset() != 0)
-            shown << QStringLiteral("%1:%2:%3").arg(it.fragment().text()).arg(int(f.verticalAlignment())).arg(f.baselineOffset());
-    }
-    EXPECT_EQ(str(shown), str({"2:2:0", "2:1:0", "raised:0:25", "lowered:0:-16.6667"}));
+    const std::string expected = str({"2:2:0", "2:1:0", "raised:0:25", "lowered:0:-16.6667"});
+    EXPECT_EQ(shownOffsets(s), expected);
+    RichTextSurface back;
+    back.setTextRTF(s.TextRTF());
+    EXPECT_EQ(shownOffsets(back), expected);
+    EXPECT_TRUE(test::wholeRoundTripHolds(s));
+
+    // Moving between the shrunk and the full-size offsets.
+    RichTextSurface mixed;
+    mixed.setTextRTF(QStringLiteral("{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0\\fs24 a\\super b\\sub c\\up4 d\\super e\\up0 f"
+                                    "\\dn2 g\\sub h\\nosupersub i\\par}"));
+    EXPECT_TRUE(mixed.TextRTF().contains(QLatin1String(
+        "a\\super b\\sub c\\nosupersub\\up4 d\\super e\\nosupersub f\\dn2 g\\sub h\\nosupersub i\\par")))
+        << mixed.TextRTF().toStdString();
+    EXPECT_TRUE(test::wholeRoundTripHolds(mixed));
 }
 
 // Going from a double to a single strike, the writer must end the double
