@@ -129,7 +129,10 @@ public:
         // The item is the whole page: no dashed focus frame around it.
         QStyleOptionGraphicsItem plain(*option);
         plain.state &= ~(QStyle::State_HasFocus | QStyle::State_Selected);
+        painter->save();
+        FormatPainter::keepOutListMarkers(painter, document(), option->exposedRect);
         QGraphicsTextItem::paint(painter, &plain, widget);
+        painter->restore();
         FormatPainter::paintOverlay(painter, document(), option->exposedRect);
         paintPictureSelection(painter);
     }

@@ -84,6 +84,7 @@ struct ParaState {
     int li = 0;
     int ri = 0;
     int fi = 0;
+    bool ownIndent = false;  // \li or \fi of its own: the list level's indent gives way
     int ls = 0;    // \ls: an entry of the list override table
     int ilvl = 0;
     PnState pn;
@@ -125,6 +126,7 @@ struct ListLevel {
     int start = 1;
     int font = -1;
     QString text;  // \leveltext: placeholders 0..8 stand for the level numbers
+    std::optional<int> li, fi;  // the level's indent, for paragraphs without their own
 };
 
 struct PictState {
@@ -242,6 +244,7 @@ private:
     void endParagraph();
     void applyParagraph(const ParaState& pa);
     void applyList(const ParaState& pa, QTextBlock block, QTextList* old, int oldNumber);
+    const ListLevel* listLevelOf(const ParaState& pa) const;
     void emitObject(const QByteArray& raw, const QImage& image, QSize goalTwips);
     int codePageOf(int font) const;
     int effectiveFont(const CharState& s) const;
@@ -468,6 +471,14 @@ public:
         case Id::LevelNumbers:
         case Id::ListName: g.sub = Ignored; return true;
         case Id::F: level_.font = value; return false;
+        case Id::Li:
+            if (g.sub == Level)
+                level_.li = std::clamp(value, -31680, 31680);
+            return false;
+        case Id::Fi:
+            if (g.sub == Level)
+                level_.fi = std::clamp(value, -31680, 31680);
+            return false;
         default:
             if (w.kind == Kind::Destination) {
                 r_.skipGroup();
@@ -970,9 +981,9 @@ bool Reader::stateWord(const Keyword& w, bool hasParam, int value)
     case Id::Qr: pa.align = 1; return true;
     case Id::Qc: pa.align = 2; return true;
     case Id::Qj: pa.align = 3; return true;
-    case Id::Li: pa.li = std::clamp(value, -31680, 31680); return true;
+    case Id::Li: pa.li = std::clamp(value, -31680, 31680); pa.ownIndent = true; return true;
     case Id::Ri: pa.ri = std::clamp(value, -31680, 31680); return true;
-    case Id::Fi: pa.fi = std::clamp(value, -31680, 31680); return true;
+    case Id::Fi: pa.fi = std::clamp(value, -31680, 31680); pa.ownIndent = true; return true;
     case Id::Ls: pa.ls = std::max(0, value); return true;
     case Id::Ilvl: pa.ilvl = std::clamp(value, 0, 8); return true;
     case Id::Tqr: pa.nextTab.kind = 'r'; return true;
@@ -1276,9 +1287,18 @@ void Reader::applyParagraph(const ParaState& pa)
 {
     QTextBlockFormat bf;
     setAlignment(bf, pa.align);
-    setTwips(bf, prop::LeftIndent, pa.li);
+    int li = pa.li;
+    int fi = pa.fi;
+    if (pa.ls > 0 && !pa.ownIndent) {
+        // A list paragraph without an indent of its own stands at its level's.
+        if (const ListLevel* level = listLevelOf(pa)) {
+            li = level->li.value_or(li);
+            fi = level->fi.value_or(fi);
+        }
+    }
+    setTwips(bf, prop::LeftIndent, li);
     setTwips(bf, prop::RightIndent, pa.ri);
-    setTwips(bf, prop::FirstIndent, pa.fi);
+    setTwips(bf, prop::FirstIndent, fi);
     setTabStops(bf, pa.tabs);
     QTextBlock block = cursor_.block();
     // The list the paragraph is in already (a paste into a list) may be the
@@ -1313,6 +1333,15 @@ void setBullet(QTextListFormat& lf, const QString& glyph)
         style = QTextListFormat::ListSquare;
     lf.setStyle(style);
     lf.setProperty(prop::ListLabel, glyph.isEmpty() ? QStringLiteral("\u2022") : glyph);
+}
+
+const ListLevel* Reader::listLevelOf(const ParaState& pa) const
+{
+    auto ov = overrides_.find(pa.ls);
+    auto list = ov == overrides_.end() ? lists_.end() : lists_.find(ov->second);
+    if (list == lists_.end() || list->second.empty())
+        return nullptr;
+    return &list->second[size_t(std::min<int>(pa.ilvl, int(list->second.size()) - 1))];
 }
 
 void Reader::applyList(const ParaState& pa, QTextBlock block, QTextList* old, int oldNumber)

@@ -140,6 +140,25 @@ TEST(RtfSamples, ListsShowTheirLabelsOnScreenInTextAndWhenWrittenBack)
     EXPECT_TRUE(l.rtf.contains(QLatin1String("{\\pntext\\f0 b)\\tab}Sub b\\par"))) << l.rtf.toStdString();
 }
 
+// Word's levels number from their start value and stand at the level's
+// indent when the paragraph gives none; \pn lists start where \pnstart says.
+TEST(RtfSamples, ListLevelsKeepTheirStartAndIndent)
+{
+    const Loaded l = load("lists_on_screen.rtf");
+    EXPECT_EQ(str(l.runs), str({"¶ [7.] li=720",  "Seven|Arial,12", "¶ [b)] li=1440", "Sub b|Arial,12",
+                                "¶ [i.] li=2160", "Deep i|Arial,12", "¶ [8.] li=720",  "Eight|Arial,12",
+                                "¶ [•] li=720",   "Dot|Arial,12",    "¶ [o] li=1440",  "Circle|Arial,12",
+                                "¶ [▪] li=2160",  "Square|Arial,12", "¶ [V.] li=720",  "Five|Arial,12",
+                                "¶ [VI.] li=720", "Six|Arial,12"}));
+    EXPECT_EQ(exportedText("lists_on_screen.rtf").toStdString(),
+              "7.\tSeven\r\nb)\tSub b\r\ni.\tDeep i\r\n8.\tEight\r\n•\tDot\r\no\tCircle\r\n▪\tSquare\r\n"
+              "V.\tFive\r\nVI.\tSix");
+    EXPECT_TRUE(l.rtf.contains(QLatin1String(
+        "{\\pntext\\f0 7.\\tab}{\\*\\pn\\pnlvlbody\\pnf0\\pnindent0\\pnstart7\\pndec{\\pntxta .}}\\fi-360\\li720\\f0\\fs24 Seven")))
+        << l.rtf.toStdString();
+    EXPECT_TRUE(l.rtf.contains(QLatin1String("{\\pntext\\f0 VI.\\tab}Six\\par"))) << l.rtf.toStdString();
+}
+
 TEST(RtfSamples, SymbolFontKeepsItsBytesButReadsAsUnicode)
 {
     const Loaded l = load("symbol_font.rtf");
