@@ -25,6 +25,17 @@ bool drawnByUs(UnderlineKind k)
     return k == UnderlineKind::Double || k == UnderlineKind::Thick || k == UnderlineKind::Hair;
 }
 
+// The font the Symbol font's characters are drawn in. Qt looks for no
+// other font for a character that a symbol font lacks, so the stand-ins go
+// in a text font of the same size, serif as the Symbol font's letters are.
+QFont symbolStandIn(const QTextCharFormat& f)
+{
+    QFont font = f.font();
+    font.setFamilies({QStringLiteral("Times New Roman"), QStringLiteral("Liberation Serif"), QStringLiteral("DejaVu Serif")});
+    font.setStyleHint(QFont::Serif);
+    return font;
+}
+
 QColor inkOf(const QTextCharFormat& f)
 {
     const qint64 c = foregroundOf(f);
@@ -113,8 +124,8 @@ QList<QTextLayout::FormatRange> FormatPainter::displayFormats(const QTextBlock& 
             // The Symbol font's bytes have no glyphs on this desktop: each
             // goes invisible with the width of its Unicode character, which
             // the overlay draws in its place.
-            const QFont font = f.font();
-            const QFontMetricsF metrics(font);
+            const QFontMetricsF own(f.font());
+            const QFontMetricsF standIn(symbolStandIn(f));
             for (int i = start; i < start + length && i < text.size(); ++i) {
                 const char16_t u = symbolFontChar(text[i].unicode());
                 if (!u)
@@ -122,7 +133,7 @@ QList<QTextLayout::FormatRange> FormatPainter::displayFormats(const QTextBlock& 
                 QTextCharFormat stand = shown;
                 stand.setForeground(Qt::transparent);
                 stand.setFontLetterSpacingType(QFont::AbsoluteSpacing);
-                stand.setFontLetterSpacing(metrics.horizontalAdvance(QChar(u)) - metrics.horizontalAdvance(text[i]));
+                stand.setFontLetterSpacing(standIn.horizontalAdvance(QChar(u)) - own.horizontalAdvance(text[i]));
                 ranges.append({i, 1, stand});
             }
         }
@@ -179,8 +190,18 @@ struct LabelPlace {
     QRectF area;     // to keep Qt's marker out of
     QPointF origin;  // baseline start of our label
     QString label;
-    QFont font;
+    QTextCharFormat format;
 };
+
+// The label takes the look of the paragraph's first text, as a reader
+// expects; an empty paragraph has only its own character format.
+QTextCharFormat labelFormat(const QTextBlock& block)
+{
+    for (auto it = block.begin(); !it.atEnd(); ++it)
+        if (!it.fragment().charFormat().isImageFormat())
+            return it.fragment().charFormat();
+    return block.charFormat();
+}
 
 std::optional<LabelPlace> labelPlace(const QTextBlock& block, const QRectF& box)
 {
@@ -189,8 +210,9 @@ std::optional<LabelPlace> labelPlace(const QTextBlock& block, const QRectF& box)
     if (!list || !layout || layout->lineCount() == 0)
         return std::nullopt;
     LabelPlace p;
-    p.font = block.charFormat().font();
-    const QFontMetricsF metrics(p.font);
+    p.format = labelFormat(block);
+    const QFontMetricsF metrics(p.format.font());
+    const QFontMetricsF qtMetrics(block.charFormat().font());  // what Qt draws its marker in
     p.label = listLabel(block);
     const QTextLine line = layout->lineAt(0);
     const qreal textStart = box.left() + line.naturalTextRect().left();
@@ -198,11 +220,13 @@ std::optional<LabelPlace> labelPlace(const QTextBlock& block, const QRectF& box)
     const QTextListFormat::Style style = list->format().style();
     const bool bullet = style == QTextListFormat::ListDisc || style == QTextListFormat::ListCircle ||
                         style == QTextListFormat::ListSquare;
-    const qreal qtWidth = bullet ? metrics.lineSpacing() / 3 : metrics.horizontalAdvance(list->itemText(block));
+    const qreal qtWidth = bullet ? qtMetrics.lineSpacing() / 3 : qtMetrics.horizontalAdvance(list->itemText(block));
+    const qreal qtGap = qtMetrics.horizontalAdvance(u' ');
     const qreal ownWidth = metrics.horizontalAdvance(p.label);
     const qreal top = box.top() + line.y();
-    p.area = QRectF(QPointF(textStart - gap - std::max(qtWidth, ownWidth) - 2, top),
-                    QPointF(textStart - gap / 2, top + std::max(line.height(), metrics.height())));
+    p.area = QRectF(QPointF(textStart - std::max(qtGap + qtWidth, gap + ownWidth) - 2, top),
+                    QPointF(textStart - std::min(qtGap, gap) / 2,
+                            top + std::max({line.height(), metrics.height(), qtMetrics.height()})));
     p.origin = QPointF(textStart - gap - ownWidth, top + line.ascent());
     return p;
 }
@@ -212,8 +236,8 @@ void paintListLabel(QPainter* painter, const QTextBlock& block, const QRectF& bo
     const std::optional<LabelPlace> p = labelPlace(block, box);
     if (!p || p->label.isEmpty())
         return;
-    painter->setFont(p->font);
-    painter->setPen(inkOf(block.charFormat()));
+    painter->setFont(p->format.font());
+    painter->setPen(inkOf(p->format));
     painter->drawText(p->origin, p->label);
 }
 
@@ -224,7 +248,7 @@ void paintSymbols(QPainter* painter, const QTextBlock& block, const QTextFragmen
     const QTextLayout* layout = block.layout();
     const QTextCharFormat f = frag.charFormat();
     const QString text = frag.text();
-    painter->setFont(f.font());
+    painter->setFont(symbolStandIn(f));
     painter->setPen(inkOf(f));
     for (int i = 0; i < text.size(); ++i) {
         const char16_t u = symbolFontChar(text[i].unicode());

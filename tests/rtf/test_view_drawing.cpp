@@ -26,6 +26,7 @@ namespace {
 struct Mark {
     QString text;  // what was drawn; "___" for a line
     QRectF box;    // where, in the item's pixels
+    QFont font;
 };
 
 // Keeps what would be seen: ink that is not transparent and not clipped away.
@@ -56,20 +57,20 @@ public:
     void drawTextItem(const QPointF& p, const QTextItem& item) override
     {
         const QRectF box(p.x(), p.y() - item.ascent(), item.width(), item.ascent() + item.descent());
-        keep(item.text(), box, painter()->pen().color());
+        keep(item.text(), box, painter()->pen().color(), item.font());
     }
 
     std::vector<Mark> marks;
 
 private:
-    void keep(const QString& text, const QRectF& box, const QColor& ink)
+    void keep(const QString& text, const QRectF& box, const QColor& ink, const QFont& font = {})
     {
         if (ink.alpha() == 0 || text.isEmpty())
             return;
         const QPointF inside = box.center();
         if (painter()->hasClipping() && !painter()->clipRegion().contains(inside.toPoint()))
             return;
-        marks.push_back({text, painter()->transform().mapRect(box)});
+        marks.push_back({text, painter()->transform().mapRect(box), font});
     }
 };
 
@@ -172,6 +173,8 @@ TEST(ViewDrawing, ListsShowTheirOwnNumbersAndBulletsAtTheirLevelsIndent)
         ASSERT_TRUE(label && text) << pair;
         EXPECT_LT(label->box.right(), text->box.left()) << pair;
         EXPECT_GT(label->box.right(), text->box.left() - 12) << pair;
+        // In the paragraph's own font, not the document's default.
+        EXPECT_NEAR(label->box.height(), text->box.height(), 0.5) << pair;
     }
     EXPECT_LT(find(marks, "Seven")->box.left() + 40, find(marks, "Sub b")->box.left());
     EXPECT_LT(find(marks, "Sub b")->box.left() + 40, find(marks, "Deep i")->box.left());
@@ -228,6 +231,9 @@ TEST(ViewDrawing, SymbolFontBytesShowAsTheirCharactersAndStayInTheDocument)
     // text after it.
     const Mark* pi = find(marks, QStringLiteral("π"));
     ASSERT_TRUE(pi);
+    // Drawn in a font that has them: a symbol font gets no fallback.
+    for (const char16_t c : {u'π', u'°', u'≥', u'α'})
+        EXPECT_TRUE(QFontMetricsF(find(marks, QString(QChar(c)))->font).inFont(QChar(c))) << int(c);
     for (const Mark& m : sorted)
         if (m.box.left() > pi->box.left() + 0.5)
             EXPECT_GE(m.box.left(), pi->box.right() - 0.5) << m.text.toStdString();
