@@ -210,19 +210,58 @@ public:
     void decodeIn(int font, std::string_view bytes, QString& out);
     int ansiCodePage() const { return ansiCodePage_; }
     FontDef* fontAt(int index);
-    void setFont(int index, const FontDef& def) { fonts_[index] = def; formatCache_.clear(); }
+    void setFont(int index, const FontDef& def)
+    {
+        fonts_[index] = def;
+        formatCache_.clear();
+        if (opt_.declarations)
+            declare(QStringLiteral("font %1 \"%2\" %3 charset %4 cpg %5")
+                        .arg(index).arg(def.name, def.kind.isEmpty() ? QStringLiteral("-") : def.kind)
+                        .arg(def.charset).arg(def.codePage));
+    }
     int fontCodePage(const FontDef& def) const;
-    void addColour(std::optional<QColor> c) { colours_.push_back(c); formatCache_.clear(); }
+    void addColour(std::optional<QColor> c)
+    {
+        colours_.push_back(c);
+        formatCache_.clear();
+        if (opt_.declarations)
+            declare(QStringLiteral("colour %1 %2").arg(colours_.size() - 1).arg(c ? c->name() : QStringLiteral("auto")));
+    }
     bool hasColours() const { return !colours_.empty(); }
-    void setStyle(int index, const Style& s) { styles_[index] = s; }
-    void addListLevel(int listId, const ListLevel& level) { lists_[listId].push_back(level); }
-    void setOverride(int ls, int listId) { overrides_[ls] = listId; }
+    void setStyle(int index, const Style& s)
+    {
+        styles_[index] = s;
+        if (opt_.declarations)
+            declareStyle(index, s);
+    }
+    void addListLevel(int listId, const ListLevel& level)
+    {
+        lists_[listId].push_back(level);
+        if (opt_.declarations)
+            declareLevel(listId, level);
+    }
+    void setOverride(int ls, int listId)
+    {
+        overrides_[ls] = listId;
+        if (opt_.declarations)
+            declare(QStringLiteral("override ls %1 list %2").arg(ls).arg(listId));
+    }
+    void declare(const QString& line)
+    {
+        if (opt_.declarations)
+            opt_.declarations->append(line);
+    }
+    bool declaring() const { return opt_.declarations != nullptr; }
     void showPicture(const QByteArray& raw, const PictState& pict);
     void showObject(const QByteArray& raw);
     QByteArray rawGroup(qsizetype from, qsizetype end) const { return src_.sliced(from, end - from + 1).toByteArray(); }
     bool shapePictureWanted() const;
     void shapePictureShown() { shapePictureShown_ = true; }
-    void setShapeName(const QString& name) { shapeName_ = name; }
+    void setShapeName(const QString& name)
+    {
+        shapeName_ = name;
+        declare(QStringLiteral("shape property %1").arg(name));
+    }
     const QString& shapeName() const { return shapeName_; }
     bool shapeInValue() const;
 
@@ -247,6 +286,8 @@ private:
     const ListLevel* listLevelOf(const ParaState& pa) const;
     void emitObject(const QByteArray& raw, const QImage& image, QSize goalTwips);
     int codePageOf(int font) const;
+    void declareStyle(int index, const Style& s);
+    void declareLevel(int listId, const ListLevel& level);
     int effectiveFont(const CharState& s) const;
     const QTextCharFormat& formatOf(const CharState& s);
     ByteDecoder& decoder(int codePage);
@@ -595,6 +636,10 @@ public:
     void finish(const Group&, qsizetype) override
     {
         // The paragraph words of the group around {\*\pn} take the list.
+        if (r_.declaring())
+            r_.declare(QStringLiteral("pn %1 style %2 start %3 font %4 before \"%5\" after \"%6\"")
+                           .arg(pn_.type == PnState::Bullet ? "bullet" : pn_.type == PnState::Numbered ? "numbered" : "none")
+                           .arg(pn_.style).arg(pn_.start).arg(pn_.font).arg(pn_.before, pn_.after));
         r_.top().pa.pn = pn_;
         r_.top().pa.pnFresh = true;
     }
@@ -1451,12 +1496,52 @@ void Reader::showPicture(const QByteArray& raw, const PictState& p)
         goalw = twips(p.picw);
         goalh = twips(p.pich);
     }
+    const QImage image = decodePicture(p.type, p.data);
+    if ((goalw <= 0 || goalh <= 0) && !image.isNull()) {
+        // No size in the file: the picture's own pixels, which the scale
+        // still applies to.
+        goalw = image.width() * 15;
+        goalh = image.height() * 15;
+    }
     goalw = std::clamp(scaled(goalw, p.scalex), 0, 31680 * 4);
     goalh = std::clamp(scaled(goalh, p.scaley), 0, 31680 * 4);
     Destination* saved = top().dest;
     top().dest = nullptr;  // a shape's picture goes to the body
-    emitObject(raw, decodePicture(p.type, p.data), QSize(goalw, goalh));
+    if (declaring())
+        declare(QStringLiteral("picture %1 %2 bytes, %3x%4 pixels, %5x%6 twips")
+                    .arg(QString::fromLatin1(p.type.isEmpty() ? QByteArray("?") : p.type)).arg(p.data.size())
+                    .arg(image.width()).arg(image.height()).arg(goalw).arg(goalh));
+    emitObject(raw, image, QSize(goalw, goalh));
     top().dest = saved;
+}
+
+void Reader::declareStyle(int index, const Style& s)
+{
+    const QTextCharFormat f = formatOf(s.ch);
+    QString line = index >= Stylesheet::kCharacterStyles ? QStringLiteral("character style %1").arg(index - Stylesheet::kCharacterStyles)
+                                                         : QStringLiteral("style %1").arg(index);
+    line += QStringLiteral(": %1 %2").arg(fontNameOf(f)).arg(s.ch.fs / 2.0);
+    if (s.ch.bold) line += QLatin1String(" bold");
+    if (s.ch.italic) line += QLatin1String(" italic");
+    static const char* const aligns[] = {"", " right", " centre", " justified"};
+    line += QLatin1String(aligns[std::clamp(s.pa.align, 0, 3)]);
+    if (s.pa.li) line += QStringLiteral(" li %1").arg(s.pa.li);
+    if (s.pa.fi) line += QStringLiteral(" fi %1").arg(s.pa.fi);
+    if (s.pa.ls) line += QStringLiteral(" ls %1 ilvl %2").arg(s.pa.ls).arg(s.pa.ilvl);
+    declare(line);
+}
+
+void Reader::declareLevel(int listId, const ListLevel& level)
+{
+    // Placeholders for the level numbers read as %0..%8.
+    QString text;
+    for (QChar c : level.text)
+        text += c.unicode() < 9 ? QStringLiteral("%%1").arg(c.unicode()) : QString(c);
+    QString line = QStringLiteral("list %1 level %2: nfc %3 start %4 \"%5\"")
+                       .arg(listId).arg(lists_[listId].size() - 1).arg(level.nfc).arg(level.start).arg(text);
+    if (level.li) line += QStringLiteral(" li %1").arg(*level.li);
+    if (level.fi) line += QStringLiteral(" fi %1").arg(*level.fi);
+    declare(line);
 }
 
 void Reader::showObject(const QByteArray& raw)
