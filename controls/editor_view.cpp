@@ -443,7 +443,13 @@ EditorView::EditorView(RichTextSurface& surface, QWidget* parent)
     applyZoom();
 }
 
-EditorView::~EditorView() = default;
+EditorView::~EditorView()
+{
+    // The painter gives the blocks back their own formats, and the layout
+    // then reports a new size to this view: it goes while the view is whole,
+    // not later among the QWidget's children.
+    delete findChild<FormatPainter*>(QString(), Qt::FindDirectChildrenOnly);
+}
 
 QGraphicsTextItem* EditorView::textItem() const
 {
