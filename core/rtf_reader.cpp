@@ -7,6 +7,7 @@
 #include "core/rtf_lexer.h"
 #include "core/text_format.h"
 
+#include <QFileInfo>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QPointer>
@@ -254,6 +255,7 @@ public:
     bool declaring() const { return opt_.declarations != nullptr; }
     void showPicture(const QByteArray& raw, const PictState& pict);
     void showObject(const QByteArray& raw);
+    void fieldInstruction(const QString& text);
     QByteArray rawGroup(qsizetype from, qsizetype end) const { return src_.sliced(from, end - from + 1).toByteArray(); }
     bool shapePictureWanted() const;
     void shapePictureShown() { shapePictureShown_ = true; }
@@ -318,6 +320,11 @@ private:
 
     bool shapePictureShown_ = false;
     bool shpPictSeen_ = false;
+    // An INCLUDEPICTURE field being read: its instruction, the depth of the
+    // field's group, and whether its picture has been shown.
+    QString link_;
+    size_t linkDepth_ = 0;
+    bool linkShown_ = false;
     QString shapeName_;
 
     std::string bytes_;
@@ -711,6 +718,25 @@ public:
     void finish(const Group& g, qsizetype end) override { r_.showObject(r_.rawGroup(g.start, end)); }
 };
 
+// {\*\fldinst ...}: a field's instruction matters only when it links a
+// picture; every other field shows its result.
+class FieldInstruction final : public Destination {
+public:
+    using Destination::Destination;
+    bool word(const Keyword& w, bool, int) override
+    {
+        if (w.kind == Kind::Destination)
+            r_.skipGroup();
+        return true;
+    }
+    void text(std::string_view b) override { text_ += QString::fromLatin1(b.data(), qsizetype(b.size())); }
+    void unicode(char32_t c) override { text_ += QString::fromUcs4(&c, 1); }
+    void finish(const Group&, qsizetype) override { r_.fieldInstruction(text_); }
+
+private:
+    QString text_;
+};
+
 // {\*\shpinst ...{\sp{\sn pib}{\sv{\pict...}}}}: a shape's properties; the
 // picture of a picture shape is the one to show.
 class ShapeInstructions final : public Destination {
@@ -873,6 +899,16 @@ void Reader::closeGroup(qsizetype at)
         std::unique_ptr<Destination> d = std::move(live_.back());
         live_.pop_back();
         d->finish(closing, at);
+    } else if (!link_.isEmpty() && stack_.size() < linkDepth_) {
+        // The link's field ends. With no picture for a result, the linked
+        // file itself is the picture, when it is there.
+        if (!linkShown_) {
+            const QString file = linkedPictureFile(link_);
+            const QImage image = QFileInfo(file).isFile() ? QImage(file) : QImage();
+            if (!image.isNull())
+                emitObject(pngPictureGroup(image), image, image.size() * 15);
+        }
+        link_.clear();
     } else if (closing.dest && !closing.dest->isSkip() && closing.dest == parent) {
         closing.dest->groupClosed(closing);
     }
@@ -1075,8 +1111,8 @@ bool Reader::bodyWord(const Keyword& w, bool, int value)
             skipGroup();
         shpPictSeen_ = false;
         break;
+    case Id::FieldInst: open(std::make_unique<FieldInstruction>(*this)); break;
     case Id::SkipDest:
-    case Id::FieldInst:
     case Id::List:
     case Id::ListLevel:
     case Id::LevelText:
@@ -1476,7 +1512,18 @@ void Reader::emitObject(const QByteArray& raw, const QImage& image, QSize goalTw
     flushText();
     QTextImageFormat f;
     f.merge(formatOf(top().ch));
-    setPictureFormat(*cursor_.document(), f, raw, image, goalTwips);
+    QImage shown = image;
+    if (!link_.isEmpty() && !linkShown_ && !raw.startsWith("{\\object")) {
+        // A linked picture shows the file while it is there, and keeps its
+        // field so that it is written back as a link.
+        linkShown_ = true;
+        f.setProperty(prop::PictureLink, link_);
+        const QString file = linkedPictureFile(link_);
+        const QImage linked = QFileInfo(file).isFile() ? QImage(file) : QImage();
+        if (!linked.isNull())
+            shown = linked;
+    }
+    setPictureFormat(*cursor_.document(), f, raw, shown, goalTwips);
     cursor_.insertImage(f);
 }
 
@@ -1542,6 +1589,16 @@ void Reader::declareLevel(int listId, const ListLevel& level)
     if (level.li) line += QStringLiteral(" li %1").arg(*level.li);
     if (level.fi) line += QStringLiteral(" fi %1").arg(*level.fi);
     declare(line);
+}
+
+void Reader::fieldInstruction(const QString& text)
+{
+    const QString inst = text.trimmed();
+    if (!inst.startsWith(QLatin1String("INCLUDEPICTURE"), Qt::CaseInsensitive))
+        return;
+    link_ = inst;
+    linkDepth_ = stack_.size();  // the field's own group
+    linkShown_ = false;
 }
 
 void Reader::showObject(const QByteArray& raw)
