@@ -130,7 +130,10 @@ public:
         // The item is the whole page: no dashed focus frame around it.
         QStyleOptionGraphicsItem plain(*option);
         plain.state &= ~(QStyle::State_HasFocus | QStyle::State_Selected);
+        painter->save();
+        FormatPainter::keepOutListMarkers(painter, document(), option->exposedRect);
         QGraphicsTextItem::paint(painter, &plain, widget);
+        painter->restore();
         FormatPainter::paintOverlay(painter, document(), option->exposedRect);
         paintPictureSelection(painter);
     }
@@ -494,7 +497,13 @@ EditorView::EditorView(RichTextSurface& surface, QWidget* parent)
     applyZoom();
 }
 
-EditorView::~EditorView() = default;
+EditorView::~EditorView()
+{
+    // The painter gives the blocks back their own formats, and the layout
+    // then reports a new size to this view: it goes while the view is whole,
+    // not later among the QWidget's children.
+    delete findChild<FormatPainter*>(QString(), Qt::FindDirectChildrenOnly);
+}
 
 QGraphicsTextItem* EditorView::textItem() const
 {
