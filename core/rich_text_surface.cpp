@@ -83,6 +83,12 @@ RichTextSurface::RichTextSurface(QObject* parent) : QObject(parent), doc_(new QT
 {
     // The program keeps its own undo by snapshots.
     doc_->setUndoRedoEnabled(false);
+    // Left to right, as the program writes: an automatic direction makes the
+    // layout scan every paragraph below an edit for its first letter, on
+    // every key.
+    QTextOption option = doc_->defaultTextOption();
+    option.setTextDirection(Qt::LeftToRight);
+    doc_->setDefaultTextOption(option);
     cursor_ = QTextCursor(doc_);
     setDefaultFormat(QStringLiteral("Tahoma"), 10);
     QTextCursor c(doc_);
@@ -291,8 +297,29 @@ void RichTextSurface::adoptCursor(const QTextCursor& c)
     setCursor(c);
 }
 
+void RichTextSurface::keepCaretBlockShaped()
+{
+    // Qt drops a paragraph's glyphs after each layout and shapes them anew
+    // for every caret position asked and every paint. In the paragraph being
+    // typed that is several shapings of the whole paragraph a key; kept, it
+    // is one. Only this paragraph keeps them, so memory stays small.
+    const QTextBlock block = cursor_.block();
+    const int number = block.blockNumber();
+    if (number == shapedBlock_)
+        return;
+    if (shapedBlock_ >= 0) {
+        const QTextBlock old = doc_->findBlockByNumber(shapedBlock_);
+        if (old.isValid() && old.layout())
+            old.layout()->setCacheEnabled(false);
+    }
+    shapedBlock_ = number;
+    if (block.isValid() && block.layout())
+        block.layout()->setCacheEnabled(true);
+}
+
 void RichTextSurface::notifySelection()
 {
+    keepCaretBlockShaped();
     const long start = SelStart();
     const long len = SelLength();
     emit cursorMoved();

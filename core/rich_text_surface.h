@@ -234,6 +234,10 @@ private:
     };
     std::optional<Splice> pendingSplice_;
     int selectionNotifyBlock_ = 0;
+    // The paragraph at the caret keeps its shaped glyphs between layouts,
+    // by number, since a block handle dies with its paragraph.
+    void keepCaretBlockShaped();
+    int shapedBlock_ = -1;
     long lastSelStart_ = 0;
     long lastSelLength_ = 0;
 
