@@ -140,6 +140,7 @@ void RichTextSurface::onContentsChange()
         textCacheValid_ = false;
     }
     pendingSplice_.reset();
+    ++changeCount_;
     emit Change();
 }
 
@@ -186,16 +187,50 @@ QString RichTextSurface::Text() const
     return textCache_;
 }
 
+namespace {
+
+// Documents from this size up are built with the layout off and laid out
+// afterwards from the top, a screen at once and the rest in slices while
+// the window runs: laid out in the same edit, a document of millions of
+// characters kept the window from showing for seconds.
+constexpr qsizetype kLazyLayoutFrom = 200000;
+
+}  // namespace
+
+void RichTextSurface::replaceWhole(qsizetype size, const std::function<void()>& build)
+{
+    const bool lazy = size >= kLazyLayoutFrom && doc_->isLayoutEnabled();
+    const int before = doc_->characterCount();
+    if (lazy)
+        doc_->setLayoutEnabled(false);
+    build();
+    if (lazy) {
+        // The caret goes to the top while the layout is still off: a view
+        // that showed its caret at the end would otherwise have the whole
+        // document laid out to find where the old caret stood.
+        cursor_ = QTextCursor(doc_);
+        pendingFormat_.reset();
+        notifySelection();
+        // Those who follow the document's changes (display formats, the
+        // spelling, the line count) hear of it as of any edit; the layout,
+        // switched back on, starts again from the top.
+        emit doc_->contentsChange(0, before, doc_->characterCount());
+        doc_->setLayoutEnabled(true);
+    }
+}
+
 void RichTextSurface::replaceWithPlainText(const QString& text)
 {
-    QTextCursor c(doc_);
-    c.beginEditBlock();
-    c.select(QTextCursor::Document);
-    c.removeSelectedText();
-    c.setBlockFormat(QTextBlockFormat());
-    c.setBlockCharFormat(defaultFormat_);
-    c.insertText(toDocumentText(text), defaultFormat_);
-    c.endEditBlock();
+    replaceWhole(text.size(), [&] {
+        QTextCursor c(doc_);
+        c.beginEditBlock();
+        c.select(QTextCursor::Document);
+        c.removeSelectedText();
+        c.setBlockFormat(QTextBlockFormat());
+        c.setBlockCharFormat(defaultFormat_);
+        c.insertText(toDocumentText(text), defaultFormat_);
+        c.endEditBlock();
+    });
 }
 
 void RichTextSurface::setText(const QString& text)
@@ -225,7 +260,7 @@ void RichTextSurface::setTextRTF(const QString& rtf)
         setText(rtf);
         return;
     }
-    replaceWithRtf([&] { readRtf(rtf, true); });
+    replaceWithRtf(rtf.size(), [&] { readRtf(rtf, true); });
 }
 
 void RichTextSurface::setTextRtfBytes(const QByteArray& rtf)
@@ -234,22 +269,24 @@ void RichTextSurface::setTextRtfBytes(const QByteArray& rtf)
         setText(QString::fromLatin1(rtf));
         return;
     }
-    replaceWithRtf([&] {
+    replaceWithRtf(rtf.size(), [&] {
         RtfReadOptions options;
         options.baseFormat = defaultFormat_;
         tornelia::readRtf(QByteArrayView(rtf), cursor_, options);
     });
 }
 
-void RichTextSurface::replaceWithRtf(const std::function<void()>& read)
+void RichTextSurface::replaceWithRtf(qsizetype size, const std::function<void()>& read)
 {
-    cursor_.beginEditBlock();
-    cursor_.select(QTextCursor::Document);
-    cursor_.removeSelectedText();
-    cursor_.setBlockFormat(QTextBlockFormat());
-    cursor_.setBlockCharFormat(defaultFormat_);
-    read();
-    cursor_.endEditBlock();
+    replaceWhole(size, [&] {
+        cursor_.beginEditBlock();
+        cursor_.select(QTextCursor::Document);
+        cursor_.removeSelectedText();
+        cursor_.setBlockFormat(QTextBlockFormat());
+        cursor_.setBlockCharFormat(defaultFormat_);
+        read();
+        cursor_.endEditBlock();
+    });
     pendingFormat_.reset();
     QTextCursor c(doc_);
     setCursor(c);
