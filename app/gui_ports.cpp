@@ -90,6 +90,10 @@ MessageDialog::MessageDialog(const QString& title, const QString& text, int butt
 
     QList<QPair<QString, QString>> set;
     switch (buttons) {
+    case 1:
+        set = {{QStringLiteral("ok"), QStringLiteral("OK")}, {QStringLiteral("an"), QStringLiteral("Annulla")}};
+        escapeAnswer_ = QStringLiteral("an");
+        break;
     case 2:
         set = {{QStringLiteral("si"), QStringLiteral("Sì")}, {QStringLiteral("no"), QStringLiteral("No")}};
         escapeAnswer_ = QStringLiteral("no");

@@ -95,6 +95,7 @@ void registerServicesWindows(WindowRegistry& registry);
 void registerPicturesWindows(WindowRegistry& registry);
 void registerColourWindows(WindowRegistry& registry);
 void registerFileDialogWindows(WindowRegistry& registry);
+void registerDesignerWindows(WindowRegistry& registry);
 
 inline void registerAllWindows(WindowRegistry& registry)
 {
@@ -108,6 +109,7 @@ inline void registerAllWindows(WindowRegistry& registry)
     registerPicturesWindows(registry);
     registerColourWindows(registry);
     registerFileDialogWindows(registry);
+    registerDesignerWindows(registry);
 }
 
 }  // namespace tornelia

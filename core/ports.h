@@ -11,8 +11,8 @@
 
 namespace tornelia {
 
-// The common message dialog. Buttons: 0 OK alone, 2 Yes and No, 3 Yes, No
-// and Cancel. Icons: 0 none, 1 information, 2 warning, 3 error, 4 question.
+// The common message dialog. Buttons: 0 OK alone, 1 OK and Cancel, 2 Yes
+// and No, 3 Yes, No and Cancel. Icons: 0 none, 1 information, 2 warning, 3 error, 4 question.
 // The answer is "ok", "si", "no" or "an".
 class MessagePort {
 public:

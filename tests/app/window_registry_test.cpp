@@ -92,7 +92,7 @@ TEST_F(WindowRegistryTest, EachWindowOpensOnceUnderTheMainWindow)
         "frmImp frmImp 'Imposta pagina' shown deleted on close",
         "frmIm 'Immagine' modal",
         "Form1 'Inserisci linea' modal",
-        "form2 -",
+        "form2 form2 'Testo speciale' shown deleted on close",
         "form3 form3 'Inserisci caratteri speciali - Visualizzatore caratteri' shown deleted on close",
         "frmMai frmMai 'Maiuscolo - minuscolo' shown deleted on close",
         "frmGoTo frmGoTo 'Vai a...' shown deleted on close",
