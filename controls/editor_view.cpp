@@ -26,6 +26,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace tornelia {
 
@@ -129,7 +130,10 @@ public:
         // The item is the whole page: no dashed focus frame around it.
         QStyleOptionGraphicsItem plain(*option);
         plain.state &= ~(QStyle::State_HasFocus | QStyle::State_Selected);
+        painter->save();
+        FormatPainter::keepOutListMarkers(painter, document(), option->exposedRect);
         QGraphicsTextItem::paint(painter, &plain, widget);
+        painter->restore();
         FormatPainter::paintOverlay(painter, document(), option->exposedRect);
         paintPictureSelection(painter);
     }
@@ -179,9 +183,42 @@ private:
     void typeCharacters(const QString& text);
     void typeKeyAscii(int k, const QString& asTyped);
     void raiseMouseDown(QGraphicsSceneMouseEvent* e);
+    // The document position of the picture drawn at pos, or -1.
+    int pictureAt(QPointF pos) const;
 
     EditorView& view_;
+    // A click that selected a picture: its move and release must not put a
+    // caret in place of the selection.
+    bool pictureClick_ = false;
 };
+
+int EditorTextItem::pictureAt(QPointF pos) const
+{
+    QTextDocument* doc = document();
+    const int hit = doc->documentLayout()->hitTest(pos, Qt::FuzzyHit);
+    for (const int at : {hit - 1, hit}) {
+        if (at < 0)
+            continue;
+        QTextCursor c(doc);
+        c.setPosition(at);
+        if (!c.movePosition(QTextCursor::NextCharacter, QTextCursor::KeepAnchor) || !c.charFormat().isImageFormat())
+            continue;
+        const QTextBlock block = doc->findBlock(at);
+        const QTextLayout* layout = block.layout();
+        if (!layout)
+            continue;
+        const int rel = at - block.position();
+        const QTextLine line = layout->lineForTextPosition(rel);
+        if (!line.isValid())
+            continue;
+        const qreal x1 = line.cursorToX(rel), x2 = line.cursorToX(rel + 1);
+        const QRectF r(layout->position().x() + std::min(x1, x2), layout->position().y() + line.y(), std::abs(x2 - x1),
+                       line.height());
+        if (r.contains(pos))
+            return at;
+    }
+    return -1;
+}
 
 void EditorTextItem::typeKeyAscii(int k, const QString& asTyped)
 {
@@ -335,7 +372,19 @@ void EditorTextItem::raiseMouseDown(QGraphicsSceneMouseEvent* e)
 
 void EditorTextItem::mousePressEvent(QGraphicsSceneMouseEvent* e)
 {
-    if (e->button() == Qt::LeftButton) {
+    pictureClick_ = false;
+    const int picture = e->button() == Qt::LeftButton && !(e->modifiers() & Qt::ShiftModifier) ? pictureAt(e->pos()) : -1;
+    if (picture >= 0) {
+        // A click on a picture selects it, as the picture's menu and
+        // properties want it.
+        QTextCursor c(document());
+        c.setPosition(picture);
+        c.setPosition(picture + 1, QTextCursor::KeepAnchor);
+        setTextCursor(c);
+        view_.itemMovedCursor();
+        pictureClick_ = true;
+        e->accept();
+    } else if (e->button() == Qt::LeftButton) {
         QGraphicsTextItem::mousePressEvent(e);
         view_.itemMovedCursor();
     } else {
@@ -348,7 +397,7 @@ void EditorTextItem::mousePressEvent(QGraphicsSceneMouseEvent* e)
 
 void EditorTextItem::mouseMoveEvent(QGraphicsSceneMouseEvent* e)
 {
-    if (!(e->buttons() & Qt::LeftButton)) {
+    if (!(e->buttons() & Qt::LeftButton) || pictureClick_) {
         e->accept();
         return;
     }
@@ -358,7 +407,7 @@ void EditorTextItem::mouseMoveEvent(QGraphicsSceneMouseEvent* e)
 
 void EditorTextItem::mouseReleaseEvent(QGraphicsSceneMouseEvent* e)
 {
-    if (e->button() != Qt::LeftButton) {
+    if (e->button() != Qt::LeftButton || std::exchange(pictureClick_, false)) {
         e->accept();
         return;
     }
@@ -440,7 +489,13 @@ EditorView::EditorView(RichTextSurface& surface, QWidget* parent)
     applyZoom();
 }
 
-EditorView::~EditorView() = default;
+EditorView::~EditorView()
+{
+    // The painter gives the blocks back their own formats, and the layout
+    // then reports a new size to this view: it goes while the view is whole,
+    // not later among the QWidget's children.
+    delete findChild<FormatPainter*>(QString(), Qt::FindDirectChildrenOnly);
+}
 
 QGraphicsTextItem* EditorView::textItem() const
 {

@@ -1,7 +1,9 @@
 #include "core/typing_assist.h"
 
 #include "core/codepage.h"
+#include "core/picture.h"
 
+#include <algorithm>
 #include <exception>
 
 namespace tornelia {
@@ -290,11 +292,19 @@ void TypingAssist::pictureBulletEnter()
     // Each new line starts with a copy of the bullet picture, pasted through
     // the clipboard; the user's clipboard is put back afterwards.
     RichTextSurface& t = testo_;
+    // The new line goes on in the font of the text before Enter, not in the
+    // picture's.
+    const QTextCharFormat typed = textFormatAt(t.cursor());
     goOn([&] { t.setSelText(t.SelText() + QStringLiteral("\r\n")); });
     goOn([&] { procs_->saveClipboard(); });
     goOn([&] { procs_->copyBulletPicture(); });
     goOn([&] { t.Paste(); });
     goOn([&] { t.setSelText(QStringLiteral("  ")); });
+    goOn([&] {
+        QTextCursor blanks = t.cursor();
+        blanks.setPosition(std::max(0, blanks.position() - 2), QTextCursor::KeepAnchor);
+        blanks.setCharFormat(typed);
+    });
     goOn([&] { procs_->restoreClipboard(); });
 }
 
