@@ -174,7 +174,15 @@ QTextBlock firstBlockReaching(const QTextDocument* doc, qreal y)
     int hi = doc->blockCount() - 1;
     while (lo < hi) {
         const int mid = lo + (hi - lo) / 2;
-        if (docLayout->blockBoundingRect(doc->findBlockByNumber(mid)).bottom() < y)
+        const QTextBlock block = doc->findBlockByNumber(mid);
+        // A long document is laid out from the top a slice at a time while
+        // the window runs; a block with no lines yet lies below all that is
+        // on screen, and asking its box would lay out everything above it.
+        if (block.layout() && block.layout()->lineCount() == 0) {
+            hi = mid;
+            continue;
+        }
+        if (docLayout->blockBoundingRect(block).bottom() < y)
             lo = mid + 1;
         else
             hi = mid;

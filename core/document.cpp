@@ -92,13 +92,23 @@ bool Document::fileCambiato() const
     // The length first, as it costs nothing; then the whole document, so
     // bold given to a word or a word replaced by one as long is not lost at
     // the close without a question.
-    return static_cast<float>(testo_.length()) != lenSalvata || testo_.TextRTF() != rtfSalvato;
+    if (testo_.changeCount() == modificheSalvate)
+        return false;
+    if (static_cast<float>(testo_.length()) != lenSalvata)
+        return true;
+    return !rtfTenuto || testo_.TextRTF() != rtfSalvato;
 }
 
 void Document::segnaSalvato()
 {
+    // Writing the RTF of a document of millions of characters takes most
+    // of a second, at every open and save: beyond this size the change
+    // count alone tells.
+    constexpr long kRtfKeptUpTo = 200000;
     lenSalvata = static_cast<float>(testo_.length());
-    rtfSalvato = testo_.TextRTF();
+    modificheSalvate = testo_.changeCount();
+    rtfTenuto = testo_.length() <= kRtfKeptUpTo;
+    rtfSalvato = rtfTenuto ? testo_.TextRTF() : QString();
 }
 
 bool Document::fileGiaAperto(const QString& fileName) const

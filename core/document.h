@@ -28,6 +28,10 @@ public:
     // The document as last loaded or saved, so a change of format or a
     // same-length replacement still counts as a change.
     QString rtfSalvato;
+    // The surface's change count at the last load or save; a large document
+    // keeps no copy of its RTF, and any change to it counts.
+    quint64 modificheSalvate = 0;
+    bool rtfTenuto = false;
     bool inApertura = false;
     QString rispostaMsg;
 

@@ -565,3 +565,49 @@ TEST(Surface, TextAfterEditsThatTheDocumentReshapes)
     EXPECT_EQ(s.Text(), rawAsText(s));
     EXPECT_EQ(s.length(), s.Text().size());
 }
+
+// A large document read whole is built with the layout off and laid out
+// afterwards; it must end up laid out exactly as the same text typed in,
+// with the caret at the top, and read back the same.
+TEST(Surface, ALargeDocumentReadWholeLaysOutAsOneTypedIn)
+{
+    std::mt19937 rng(11);
+    QString text;
+    while (text.size() < 320000) {
+        const int words = std::uniform_int_distribution<int>(0, 90)(rng);
+        for (int w = 0; w < words; ++w)
+            text += QStringLiteral("parola ").left(std::uniform_int_distribution<int>(1, 7)(rng));
+        text += QStringLiteral("\r\n");
+    }
+    text += QStringLiteral("ultimo");
+
+    RichTextSurface typed;
+    typed.setTextWidth(240);
+    typed.typeText(text);
+    RichTextSurface read;
+    read.setTextWidth(240);
+    read.setSelStart(0);
+    read.setText(text);
+
+    auto lines = [](const RichTextSurface& s) {
+        std::vector<long> starts;
+        const long n = s.GetLineCount();
+        for (long i = 0; i < n; i += 97)
+            starts.push_back(s.LineIndex(i));
+        starts.push_back(n);
+        starts.push_back(s.LineFromChar(s.length()));
+        return starts;
+    };
+    EXPECT_EQ(read.SelStart(), 0);
+    EXPECT_EQ(lines(read), lines(typed));
+    EXPECT_EQ(read.Text(), typed.Text());
+
+    // The same through RTF, with formats to carry.
+    typed.setSelStart(1000);
+    typed.setSelLength(5000);
+    typed.setSelBold(true);
+    read.setTextRTF(typed.TextRTF());
+    EXPECT_EQ(read.SelStart(), 0);
+    EXPECT_EQ(lines(read), lines(typed));
+    EXPECT_EQ(read.TextRTF(), typed.TextRTF());
+}
