@@ -57,6 +57,7 @@ AppContext::AppContext(Ports ports, const QString& settingsFolder)
     undo_ = std::make_unique<UndoStore>(*testo_);
     undo_->setAnnullaOff(settings_.leggiReg(app, QStringLiteral("Ann"), QStringLiteral("1")) == QLatin1String("True"));
     document_->onUndoClear = [undo = undo_.get()] { undo->clear(); };
+    document_->onUndoOpened = [undo = undo_.get()] { undo->keepOpened(); };
 
     // The typing handlers do not let events through: each is short, and a
     // paint in the middle of a key lays out and draws the text a second time
@@ -110,9 +111,13 @@ void AppContext::openAtStart(const QString& commandLine)
                 // holding plain text opens as text.
                 t.setFileName(path);
             }
-        } catch (const std::exception&) {
-            // An unreadable file opens nothing, as a missing one.
+        } catch (const SurfaceError& e) {
+            // An unreadable file opens nothing, as a missing one, and the
+            // person is told why.
             t.recordFileName(before);
+            doc.mostraMsg(QStringLiteral("Apri file"),
+                          QStringLiteral("Impossibile leggere il file %1: %2").arg(path, QString::fromUtf8(e.what())), 0,
+                          3);
         }
     }
     doc.nomeFile = t.FileName();
@@ -121,6 +126,8 @@ void AppContext::openAtStart(const QString& commandLine)
         frame_.setCaption(Document::captionFor(kNoDocument));
     } else {
         frame_.setCaption(Document::captionFor(doc.nomeFile));
+        if (doc.onUndoOpened)
+            doc.onUndoOpened();
         if (doc.onRecentAdd)
             doc.onRecentAdd(doc.nomeFile);
     }

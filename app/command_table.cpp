@@ -1,6 +1,7 @@
 #include "app/command_table.h"
 
 #include "app/main_window.h"
+#include "controls/cmb.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -25,6 +26,13 @@ bool Need::metBy(const WindowRegistry& registry) const
 QString toolButtonName(int bar, int index)
 {
     return QStringLiteral("t%1_%2").arg(bar).arg(index);
+}
+
+QString rowName(const CommandRow& row)
+{
+    if (row.button >= 0)
+        return toolButtonName(row.parent[1] - '0', row.button);
+    return QString::fromLatin1(row.id);
 }
 
 void applyNeed(QAction* action, const CommandRow& row, const WindowRegistry& registry)
@@ -67,6 +75,21 @@ constexpr CommandRow recent(const char* id)
 {
     return {RowKind::Recent, id, "mnuf", -1, "", "", "", kNone, kAny, nullptr, Hidden};
 }
+// id is the combo's own name; its action is named by its place, as a button's.
+constexpr CommandRow combo(int index, const char* id, const char* tip, void (*run)(MainWindow&))
+{
+    return {RowKind::Combo, id, "t1", index, "", "", tip, kNone, kAny, run, 0};
+}
+constexpr CommandRow key(const char* id, QKeyCombination k, Need need = kAny)
+{
+    return {RowKind::Key, id, "", -1, "", "", "", k, need, nullptr, 0};
+}
+// The row with the macro command that reaches the same procedure.
+constexpr CommandRow mac(const char* name, CommandRow row)
+{
+    row.macro = name;
+    return row;
+}
 
 #define PROC(body) [](MainWindow& w) { body; }
 #define SHOW(win) W(Window::win), [](MainWindow& w) { w.showWindow(Window::win); }
@@ -86,24 +109,24 @@ void zoomTo(MainWindow& w)
 constexpr CommandRow kRows[] = {
     // File. The recent files stand at items 15 to 19, counting the separators.
     menu("mnuf", "", "&File"),
-    item("mnuNuovo", "mnuf", "&Nuovo...", "document-new", ctrl(Qt::Key_N), kAny, PROC(w.Novo(1))),
+    mac("new", item("mnuNuovo", "mnuf", "&Nuovo...", "document-new", ctrl(Qt::Key_N), kAny, PROC(w.Novo(1)))),
     item("mnuNuovaSessione", "mnuf", "Nuova sessione di Tornelia...          ", "window-new", kNone, kAny,
          PROC(w.nuovaSessione())),
     sep("mnuf"),
-    item("mnuApri", "mnuf", "&Apri", "document-open", ctrl(Qt::Key_O), kAny, PROC(w.Aprii(QString()))),
-    item("mnuSalva", "mnuf", "&Salva", "document-save", ctrl(Qt::Key_S), kAny, PROC(w.Salvare(QString()))),
+    mac("open", item("mnuApri", "mnuf", "&Apri", "document-open", ctrl(Qt::Key_O), kAny, PROC(w.Aprii(QString())))),
+    mac("save", item("mnuSalva", "mnuf", "&Salva", "document-save", ctrl(Qt::Key_S), kAny, PROC(w.Salvare(QString())))),
     item("mnuSalvaConNome", "mnuf", "Salva con nome...", "document-save-as", kNone, kAny, PROC(w.SalvareN())),
     sep("mnuf"),
-    item("mnuElimina", "mnuf", "E&limina file corrente", "edit-delete", kNone, kAny, PROC(w.DelFile())),
-    item("mnuProprieta", "mnuf", "&Proprietà file corrente...", "document-properties", kNone, kAny,
-         PROC(w.pROP())),
+    mac("delete", item("mnuElimina", "mnuf", "E&limina file corrente", "edit-delete", kNone, kAny, PROC(w.DelFile()))),
+    mac("prop", item("mnuProprieta", "mnuf", "&Proprietà file corrente...", "document-properties", kNone, kAny,
+         PROC(w.pROP()))),
     sep("mnuf"),
-    item("mnuImpostaPagina", "mnuf", "&Imposta pagina...", "document-page-setup", kNone, SHOW(frmImp)),
+    mac("pag", item("mnuImpostaPagina", "mnuf", "&Imposta pagina...", "document-page-setup", kNone, SHOW(frmImp))),
     sep("mnuf"),
-    item("mnuAnteprima", "mnuf", "Ant&eprima di stampa...", "document-print-preview", kNone, F(Feature::AntEP),
-         PROC(w.AntEP())),
-    item("mnuStampa", "mnuf", "&Stampa...", "document-print", ctrl(Qt::Key_P), F(Feature::StaMpa),
-         PROC(w.StaMpa())),
+    mac("ant", item("mnuAnteprima", "mnuf", "Ant&eprima di stampa...", "document-print-preview", kNone, F(Feature::AntEP),
+         PROC(w.AntEP()))),
+    mac("stampa", item("mnuStampa", "mnuf", "&Stampa...", "document-print", ctrl(Qt::Key_P), F(Feature::StaMpa),
+         PROC(w.StaMpa()))),
     sep("mnuf"),
     recent("mnuRecente15"), recent("mnuRecente16"), recent("mnuRecente17"), recent("mnuRecente18"),
     recent("mnuRecente19"),
@@ -115,13 +138,13 @@ constexpr CommandRow kRows[] = {
     item("mnuDisabilitaAnnulla", "mnum", "Disabilita annulla", "", kNone, kAny, PROC(w.disabilitaAnnulla()),
          Checkable),
     sep("mnum"),
-    item("mnuAnnulla", "mnum", "&Annulla", "edit-undo", ctrl(Qt::Key_Z), kAny, PROC(w.UnDoo())),
-    item("mnuRipristina", "mnum", "&Ripristina", "edit-redo", ctrl(Qt::Key_Y), kAny, PROC(w.RedOO())),
+    mac("undo", item("mnuAnnulla", "mnum", "&Annulla", "edit-undo", ctrl(Qt::Key_Z), kAny, PROC(w.UnDoo()))),
+    mac("redo", item("mnuRipristina", "mnum", "&Ripristina", "edit-redo", ctrl(Qt::Key_Y), kAny, PROC(w.RedOO()))),
     sep("mnum"),
     // Control+X, C and V reach these through the text's own keys.
-    item("mnuTaglia", "mnum", "Ta&glia", "edit-cut", kNone, kAny, PROC(w.TaGl())),
-    item("mnuCopia", "mnum", "&Copia", "edit-copy", kNone, kAny, PROC(w.CopYa())),
-    item("mnuIncolla", "mnum", "&Incolla", "edit-paste", kNone, kAny, PROC(w.INco(QString()))),
+    mac("cut", item("mnuTaglia", "mnum", "Ta&glia", "edit-cut", kNone, kAny, PROC(w.TaGl()))),
+    mac("copy", item("mnuCopia", "mnum", "&Copia", "edit-copy", kNone, kAny, PROC(w.CopYa()))),
+    mac("paste", item("mnuIncolla", "mnum", "&Incolla", "edit-paste", kNone, kAny, PROC(w.INco(QString())))),
     item("mnuIncollaSpeciale", "mnum", "Copia / incolla speciale...", "", kNone, SHOW(frmInc)),
     item("mnuVisualizzaAppunti", "mnum", "&Visualizza appunti...", "", kNone, SHOW(frmApp)),
     item("mnuAppunti", "mnum", "&Appunti di Tornelia...", "", kNone, F(Feature::appunti), PROC(w.appunti()),
@@ -131,12 +154,12 @@ constexpr CommandRow kRows[] = {
     item("mnuSelezionaTutto", "mnum", "Seleziona t&utto", "edit-select-all", kNone, kAny,
          PROC(w.selezionaTutto())),
     sep("mnum"),
-    item("mnuMaiuscole", "mnum", "&Maiuscole / minuscole...                       ", "", kNone, SHOW(frmMai)),
-    item("mnuConteggio", "mnum", "Conteggio &parole...", "", kNone, kAny, PROC(w.CpAr())),
-    item("mnuVaiA", "mnum", "Vai a...", "go-jump", ctrl(Qt::Key_G), SHOW(frmGoTo)),
+    mac("mai", item("mnuMaiuscole", "mnum", "&Maiuscole / minuscole...                       ", "", kNone, SHOW(frmMai))),
+    mac("conta", item("mnuConteggio", "mnum", "Conteggio &parole...", "", kNone, kAny, PROC(w.CpAr()))),
+    mac("vai", item("mnuVaiA", "mnum", "Vai a...", "go-jump", ctrl(Qt::Key_G), SHOW(frmGoTo))),
     item("mnuTrova", "mnum", "&Trova...", "edit-find", ctrl(Qt::Key_F), kAny, PROC(w.FindA())),
     sep("mnum"),
-    item("mnuInviaA", "mnum", "Invia a...", "mail-send", kNone, F(Feature::MaIL), PROC(w.MaIL(QString()))),
+    mac("mail", item("mnuInviaA", "mnum", "Invia a...", "mail-send", kNone, F(Feature::MaIL), PROC(w.MaIL(QString())))),
     item("mnuMaiuscoleF2", "mnum", "maiuscole F2", "", kNone, kAny, PROC(w.maiuscoleF2()), Hidden),
 
     // Testo.
@@ -147,11 +170,11 @@ constexpr CommandRow kRows[] = {
     item("mnuColoreSfondo", "mnucol", "Colore &sfondo...", "", kNone, kAny, PROC(w.coloreSfondo())),
     item("mnuColoriSpeciali", "mnucol", "Colori ed evidenziazioni speciali...", "", kNone, SHOW(frmCE)),
     menu("mnuSt", "mnuT", "St&ile carattere"),
-    item("mnuGrassetto", "mnuSt", "&Grassetto", "format-text-bold", ctrl(Qt::Key_B), kAny, PROC(w.Clic(37))),
-    item("mnuCorsivo", "mnuSt", "&Corsivo", "format-text-italic", ctrl(Qt::Key_I), kAny, PROC(w.Clic(38))),
-    item("mnuBarrato", "mnuSt", "&Barrato", "format-text-strikethrough", kNone, kAny, PROC(w.Clic(40))),
-    item("mnuSottolineato", "mnuSt", "&Sottolineato normale", "format-text-underline", ctrl(Qt::Key_U), kAny,
-         PROC(w.Clic(39))),
+    mac("gras", item("mnuGrassetto", "mnuSt", "&Grassetto", "format-text-bold", ctrl(Qt::Key_B), kAny, PROC(w.Clic(37)))),
+    mac("cors", item("mnuCorsivo", "mnuSt", "&Corsivo", "format-text-italic", ctrl(Qt::Key_I), kAny, PROC(w.Clic(38)))),
+    mac("barr", item("mnuBarrato", "mnuSt", "&Barrato", "format-text-strikethrough", kNone, kAny, PROC(w.Clic(40)))),
+    mac("sott", item("mnuSottolineato", "mnuSt", "&Sottolineato normale", "format-text-underline", ctrl(Qt::Key_U), kAny,
+         PROC(w.Clic(39)))),
     item("mnuSottolineatoSpeciale", "mnuSt", "Sottolineato s&peciale...", "", kNone, SHOW(frmSott)),
     menu("mnual", "mnuT", "&Allineamento"),
     item("mnuSinistra", "mnual", "&Sinistra", "format-justify-left", kNone, kAny, PROC(w.setAlignment(0)),
@@ -166,8 +189,8 @@ constexpr CommandRow kRows[] = {
     item("mnuPedice", "mnud", "&Pedice", "", kNone, kAny, PROC(w.setCharOffset(-50))),
     item("mnuLivello", "mnud", "&Livello personalizzato...", "", kNone, SHOW(FrmApiPed)),
     sep("mnuT"),
-    item("mnuParagrafoPuntato", "mnuT", "Paragrafo puntato", "format-indent-more", kNone, kAny,
-         PROC(w.paragrafoPuntato())),
+    mac("par", item("mnuParagrafoPuntato", "mnuT", "Paragrafo puntato", "format-indent-more", kNone, kAny,
+         PROC(w.paragrafoPuntato()))),
     item("mnuPuntatoImmagine", "mnuT", "Paragrafo puntato con immagine...            ", "", kNone,
          F(Feature::PaRImM), PROC(w.PaRImM())),
     sep("mnuT"),
@@ -189,11 +212,11 @@ constexpr CommandRow kRows[] = {
     item("mnuDataOra", "mnuIns", "Data e ora &personalizzate...      ", "appointment-new", kNone,
          SHOW(frmTimeDate)),
     sep("mnuIns"),
-    item("mnuImmagine", "mnuIns", "&Immagine...", "insert-image", kNone, SHOW(frmIm)),
-    item("mnuLinea", "mnuIns", "&Linea...", "", kNone, SHOW(Form1)),
-    item("mnuTestoSpeciale", "mnuIns", "&Testo speciale...", "insert-text", kNone, SHOW(form2)),
+    mac("imm", item("mnuImmagine", "mnuIns", "&Immagine...", "insert-image", kNone, SHOW(frmIm))),
+    mac("lin", item("mnuLinea", "mnuIns", "&Linea...", "", kNone, SHOW(Form1))),
+    mac("txt", item("mnuTestoSpeciale", "mnuIns", "&Testo speciale...", "insert-text", kNone, SHOW(form2))),
     item("mnuCarattereSpeciale", "mnuIns", "&Carattere speciale...", "", kNone, SHOW(form3)),
-    item("mnuInsFile", "mnuIns", "&File...", "", kNone, kAny, PROC(w.InSFilE())),
+    mac("ins", item("mnuInsFile", "mnuIns", "&File...", "", kNone, kAny, PROC(w.InSFilE()))),
     item("mnuTestoCiclico", "mnuIns", "&Testo ciclico...", "", kNone, SHOW(frmcic)),
 
     // Visualizza.
@@ -228,7 +251,7 @@ constexpr CommandRow kRows[] = {
     item("mnuMacro", "mnuv", "&Macro...", "", kNone, SHOW(frmMac)),
     item("mnuCorrezioneAutomatica", "mnuv", "Correzione automatica...", "", kNone, SHOW(frmCor)),
     item("mnuOpzioni", "mnuv", "&Opzioni...", "preferences-system", kNone, SHOW(FrmOpz)),
-    item("mnuTastiera", "mnuv", "&Tastiera", "input-keyboard", kNone, kAny, PROC(w.TasTiER()), Checkable),
+    mac("tast", item("mnuTastiera", "mnuv", "&Tastiera", "input-keyboard", kNone, kAny, PROC(w.TasTiER()), Checkable)),
     sep("mnuv"),
     item("mnuRecupero", "mnuv", "Recupero documenti...", "document-revert", kNone, SHOW(frmRecuper)),
 
@@ -322,6 +345,12 @@ constexpr CommandRow kRows[] = {
     button(0, 26, "Tastiera", "input-keyboard", kAny, PROC(w.TasTiER()), Checkable),
 
     // t(1): the six combos stand at 0 to 5, then the buttons.
+    mac("font", combo(0, "CbFont", "Carattere", PROC(w.fontPicked()))),
+    mac("dime", combo(1, "CbDim", "Dimensione", PROC(w.sizePicked()))),
+    combo(2, "CbSti", "Stile", PROC(w.stylePicked())),
+    combo(3, "cbZoom", "Zoom", PROC(w.zoomPicked())),
+    combo(4, "CmbC0", "Colore testo", PROC(w.pickTextColour(w.CmbC(0)->currentIndex()))),
+    combo(5, "CmbC1", "Colore evidenziatore", PROC(w.pickHighlight(w.CmbC(1)->currentIndex()))),
     button(1, 6, "Grassetto", "format-text-bold", kAny, PROC(w.Clic(37)), Checkable),
     button(1, 7, "Corsivo", "format-text-italic", kAny, PROC(w.Clic(38)), Checkable),
     button(1, 8, "Sottolineato", "format-text-underline", kAny, PROC(w.Clic(39)), Checkable),
@@ -333,6 +362,21 @@ constexpr CommandRow kRows[] = {
     button(1, 16, "Paragrafo puntato", "format-indent-more", kAny, PROC(w.dropBulletMenu())),
     button(1, 18, "Attiva/disattiva salvataggio automatico", "media-floppy", kAny,
            PROC(w.autosaveToggled(w.toolButton(1, 18)->isChecked())), Checkable | OnToggle),
+
+    // The keys the text's KeyDown takes for itself; the typing handlers do
+    // the work. Control with any other key of code 18 and above is swallowed.
+    key("keyTab", QKeyCombination(Qt::Key_Tab)),
+    key("keyEnterPictureBullet", QKeyCombination(Qt::Key_Return), F(Feature::PaRImM)),
+    key("keyDelete", QKeyCombination(Qt::Key_Delete)),
+    key("keyF2", QKeyCombination(Qt::Key_F2)),
+    key("keyCtrlA", ctrl(Qt::Key_A)),
+    key("keyCtrlC", ctrl(Qt::Key_C)),
+    key("keyCtrlE", ctrl(Qt::Key_E), F(Feature::AntEP)),
+    key("keyCtrlL", ctrl(Qt::Key_L), W(Window::Form1)),
+    key("keyCtrlV", ctrl(Qt::Key_V)),
+    key("keyCtrlX", ctrl(Qt::Key_X)),
+    key("keyCtrlMinus", ctrl(Qt::Key_Minus)),
+    key("keyCtrlPeriod", ctrl(Qt::Key_Period)),
 };
 // clang-format on
 

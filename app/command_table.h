@@ -13,6 +13,12 @@
 //  - a new command is a new row here, next to its neighbours in the menu; its
 //    procedure must change something the person can see (the command walk in
 //    tests/app/command_walk_test.cpp fails for a row that does nothing).
+//  - a command that macros reach too names its macro command in `macro`; the
+//    macro language's list of commands and these names are checked against
+//    each other, so neither can gain a command the other does not know.
+//  - the keys that the text's KeyDown takes for itself are rows of kind Key:
+//    core/typing_assist does their work, and its list of keys and these rows
+//    are checked against each other the same way.
 
 #include "app/window_registry.h"
 
@@ -47,6 +53,8 @@ enum class RowKind : std::uint8_t {
     Menu,       // a menu of the bar, a submenu or a context menu
     Separator,  // a line in a menu
     Recent,     // one of the File menu's five recent files
+    Combo,      // a combo of the formatting toolbar: a pick runs the procedure
+    Key,        // a key the text's KeyDown takes for itself; no action of its own
 };
 
 enum RowFlag : unsigned {
@@ -79,12 +87,18 @@ struct CommandRow {
     Need need;
     void (*run)(MainWindow&);
     unsigned flags;
+    // The macro command that runs the same procedure; empty when none does.
+    const char* macro = "";
 };
 
 std::span<const CommandRow> commandTable();
 
 // The id of a toolbar button's action.
 QString toolButtonName(int bar, int index);
+
+// The id a row's action or widget has in the window: the row's own, or the
+// toolbar place of a button or combo ("t1_3").
+QString rowName(const CommandRow& row);
 
 // Enabled when its need is met; otherwise greyed with kNotYetAvailable.
 void applyNeed(QAction* action, const CommandRow& row, const WindowRegistry& registry);

@@ -1,6 +1,7 @@
 #include "app/frm_main_logic.h"
 
 #include "app/command_line_procedures.h"
+#include "core/go_on.h"
 
 #include <QClipboard>
 #include <QDate>
@@ -24,10 +25,7 @@ const QString kInstalledGuide = QStringLiteral("help/GuidaTNL.chm");
 template <typename F>
 void goOn(F&& step)
 {
-    try {
-        step();
-    } catch (const std::exception&) {
-    }
+    goOnAt("Avvio e chiusura", step);
 }
 
 bool isTrue(const QString& value)

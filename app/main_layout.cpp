@@ -178,11 +178,11 @@ void MainLayout::setViewActions(QAction* normale, QAction* pagina, QAction* righ
     syncActions();
 }
 
-void MainLayout::setZoomCombo(QComboBox* cbZoom)
+void MainLayout::setZoomCombo(QComboBox* cbZoom, bool followPicks)
 {
     cbZoom_ = cbZoom;
     zoom_->AssignControls(&testo_, cbZoom);
-    if (cbZoom)
+    if (cbZoom && followPicks)
         connect(cbZoom, &QComboBox::textActivated, this, &MainLayout::zoomToLevel);
 }
 

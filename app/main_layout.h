@@ -90,7 +90,9 @@ public:
     // and "&Righello" of "Visualizza", kept checked and enabled by the view.
     void setViewActions(QAction* normale, QAction* pagina, QAction* righello);
     // The zoom combo: filled with the levels; picking one runs the zoom.
-    void setZoomCombo(QComboBox* cbZoom);
+    // The zoom combo the layout keeps in step; with followPicks a level
+    // picked in it zooms, otherwise its owner calls zoomToLevel.
+    void setZoomCombo(QComboBox* cbZoom, bool followPicks = true);
 
     // --- what the menus call ---
     // 0 normal view, 1 page view: stores the choice, then ImpostaVis and RiDime.

@@ -8,6 +8,7 @@
 #include "controls/editor_view.h"
 #include "controls/form_tast.h"
 #include "core/autosave.h"
+#include "core/go_on.h"
 #include "core/recent_files.h"
 #include "rtf/cls_api_highlight.h"
 #include "rtf/cls_extended_rtf.h"
@@ -132,7 +133,7 @@ MainWindow::MainWindow(AppContext& context, QWidget* parent)
     hl_->AssignControls(&ctx_.testo(), &ctx_.dialogs());
 
     layout_ = new MainLayout(ctx_.settings(), ctx_.testo(), ctx_.messages(), this);
-    layout_->setZoomCombo(cbZoom_);
+    layout_->setZoomCombo(cbZoom_, false);
     // Once the layout has zoomed, the keys go back to the text.
     connect(cbZoom_, &QComboBox::textActivated, this, [this] {
         if (isVisible())
@@ -152,7 +153,7 @@ MainWindow::MainWindow(AppContext& context, QWidget* parent)
     autosave_ = new AutoSave(ctx_.document(), ctx_.settings(), ctx_.messages(), ctx_.dataFolder(), this);
     toolButton(1, kAutosaveButton)->setChecked(autosave_->attivo());
     StyleService::instance(ctx_.testo(), ctx_.settings(), ctx_.messages(), ctx_.dialogs(), ctx_.undo())
-        .bindCombo(cbSti_);
+        .bindCombo(cbSti_, false);
     setStatusPanel(kDocumentPanel, QStringLiteral("Nessun documento salvato"));
     resize(1120, 720);
 
@@ -268,6 +269,10 @@ void MainWindow::buildMenus()
             }
             break;
         }
+        case RowKind::Combo:
+        case RowKind::Key:
+            // The toolbar has the combos; the keys are the text's own.
+            break;
         }
     }
     fileMenu_ = menus.value(QStringLiteral("mnuf"));
@@ -285,8 +290,30 @@ void MainWindow::addTableButtons(int bar)
             continue;
         while (list.size() < row.button)
             list << t_[bar]->addSeparator();
-        list << addRow(t_[bar], row, toolButtonName(bar, row.button));
+        if (row.kind == RowKind::Combo)
+            list << addComboRow(t_[bar], row);
+        else
+            list << addRow(t_[bar], row, toolButtonName(bar, row.button));
     }
+}
+
+QAction* MainWindow::addComboRow(QToolBar* bar, const CommandRow& row)
+{
+    auto* box = bar->findChild<QComboBox*>(QString::fromLatin1(row.id));
+    Q_ASSERT(box);
+    box->setToolTip(QString::fromUtf8(row.tip));
+    QAction* a = bar->addWidget(box);
+    a->setObjectName(rowName(row));
+    const auto pick = [this, run = row.run] { runCommand([this, run] { run(*this); }); };
+    // The font combo says "picked" once its list or its typed name is done.
+    if (auto* font = qobject_cast<FontCmb*>(box))
+        connect(font, &FontCmb::click, this, pick);
+    else
+        connect(box, &QComboBox::activated, this, pick);
+    applyNeed(a, row, registry_);
+    if (!a->isEnabled())
+        box->setEnabled(false);
+    return a;
 }
 
 void MainWindow::dropBulletMenu()
@@ -324,10 +351,10 @@ void MainWindow::buildToolbars()
 
     addTableButtons(0);
 
-    // t(1): six combos, then the buttons.
+    // t(1): six combos, then the buttons; the table places them and says
+    // what a pick in each does.
     cbFont_ = new FontCmb(t_[1]);
     cbFont_->setObjectName(QStringLiteral("CbFont"));
-    cbFont_->setToolTip(QStringLiteral("Carattere"));
     cbFont_->addSystemFonts();
     // A font the system lacks still shows by name, and a name can be typed.
     cbFont_->setEditable(true);
@@ -336,25 +363,20 @@ void MainWindow::buildToolbars()
     cbFont_->setMaximumWidth(200);
     cbDim_ = new QComboBox(t_[1]);
     cbDim_->setObjectName(QStringLiteral("CbDim"));
-    cbDim_->setToolTip(QStringLiteral("Dimensione"));
     cbDim_->setEditable(true);
     for (int s : {8, 9, 10, 11, 12, 14, 16, 18, 20, 22, 24, 26, 28, 36, 48, 72})
         cbDim_->addItem(QString::number(s));
     cbDim_->setMinimumContentsLength(3);
     cbSti_ = new QComboBox(t_[1]);
     cbSti_->setObjectName(QStringLiteral("CbSti"));
-    cbSti_->setToolTip(QStringLiteral("Stile"));
     cbSti_->setMinimumContentsLength(10);
     cbZoom_ = new QComboBox(t_[1]);
     cbZoom_->setObjectName(QStringLiteral("cbZoom"));
-    cbZoom_->setToolTip(QStringLiteral("Zoom"));
     cbZoom_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     cbZoom_->setMinimumContentsLength(5);
-    const QString colourTips[2] = {QStringLiteral("Colore testo"), QStringLiteral("Colore evidenziatore")};
     for (int i = 0; i < 2; ++i) {
         cmbC_[i] = new ColourCmb(t_[1]);
         cmbC_[i]->setObjectName(QStringLiteral("CmbC%1").arg(i));
-        cmbC_[i]->setToolTip(colourTips[i]);
         cmbC_[i]->addStandardColours();
         cmbC_[i]->AddItem(kOtherColour);
         // A blank swatch keeps the caption in line with the colour names.
@@ -364,39 +386,38 @@ void MainWindow::buildToolbars()
         cmbC_[i]->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         cmbC_[i]->setMinimumContentsLength(6);
     }
-    QWidget* combos[6] = {cbFont_, cbDim_, cbSti_, cbZoom_, cmbC_[0], cmbC_[1]};
-    for (int i = 0; i < 6; ++i) {
-        QAction* a = t_[1]->addWidget(combos[i]);
-        a->setObjectName(QStringLiteral("t1_%1").arg(i));
-        buttons_[1] << a;
-    }
-
-    // What the person picks in a combo goes to the selection.
-    RichTextSurface& testo = ctx_.testo();
-    connect(cbFont_, &FontCmb::click, this, [this, &testo] {
-        runCommand([this, &testo] {
-            ctx_.undo().unDO();
-            testo.setSelFontName(cbFont_->currentText());
-        });
-    });
-    connect(cbDim_, &QComboBox::textActivated, this, [this, &testo](const QString& text) {
-        bool ok = false;
-        const float size = QString(text).replace(u',', u'.').toFloat(&ok);
-        if (!ok || size < 1 || size > 1638) {
-            ctx_.document().mostraMsg(QStringLiteral("Dimensione carattere"),
-                                      QStringLiteral("Inserire un numero tra 1 e 1638."), 0, 2);
-            aggText();
-            return;
-        }
-        runCommand([this, &testo, size] {
-            ctx_.undo().unDO();
-            testo.setSelFontSize(size);
-        });
-    });
-    connect(cmbC_[0], &QComboBox::activated, this, [this](int i) { runCommand([this, i] { pickTextColour(i); }); });
-    connect(cmbC_[1], &QComboBox::activated, this, [this](int i) { runCommand([this, i] { pickHighlight(i); }); });
-
     addTableButtons(1);
+}
+
+void MainWindow::fontPicked()
+{
+    ctx_.undo().unDO();
+    ctx_.testo().setSelFontName(cbFont_->currentText());
+}
+
+void MainWindow::sizePicked()
+{
+    bool ok = false;
+    const float size = cbDim_->currentText().replace(u',', u'.').toFloat(&ok);
+    if (!ok || size < 1 || size > 1638) {
+        ctx_.document().mostraMsg(QStringLiteral("Dimensione carattere"),
+                                  QStringLiteral("Inserire un numero tra 1 e 1638."), 0, 2);
+        aggText();
+        return;
+    }
+    ctx_.undo().unDO();
+    ctx_.testo().setSelFontSize(size);
+}
+
+void MainWindow::stylePicked()
+{
+    StyleService::instance(ctx_.testo(), ctx_.settings(), ctx_.messages(), ctx_.dialogs(), ctx_.undo())
+        .comboPicked(cbSti_, cbSti_->currentIndex());
+}
+
+void MainWindow::zoomPicked()
+{
+    layout_->zoomToLevel(cbZoom_->currentText());
 }
 
 void MainWindow::buildStatusBar()
@@ -451,12 +472,7 @@ void MainWindow::Form_Load(const QString& commandLine, const std::function<void(
             splash(QString::fromUtf8(text));
     };
     // Each step that fails is passed over; the window opens all the same.
-    auto step = [](auto&& f) {
-        try {
-            f();
-        } catch (const std::exception&) {
-        }
-    };
+    auto step = [](auto&& f) { goOnAt("Avvio", f); };
     SettingsStore& s = ctx_.settings();
 
     say("Impostazione casella di testo...");

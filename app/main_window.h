@@ -128,6 +128,15 @@ public:
     virtual void coloreTesto();
     virtual void coloreSfondo();
     virtual void Clic(int code);
+    // What the person picked in a combo of the formatting toolbar goes to
+    // the selection (the zoom to the view).
+    virtual void fontPicked();
+    virtual void sizePicked();
+    virtual void stylePicked();
+    virtual void zoomPicked();
+    // The two colour combos: a colour picked from the list, or asked for.
+    void pickTextColour(int index);
+    void pickHighlight(int index);
     virtual void setAlignment(int alignment);
     virtual void setCharOffset(int twips);
     virtual void paragrafoPuntato();
@@ -200,6 +209,7 @@ private:
     void buildMenus();
     void buildToolbars();
     void addTableButtons(int bar);
+    QAction* addComboRow(QToolBar* bar, const CommandRow& row);
     void buildStatusBar();
     QAction* addRow(QWidget* place, const CommandRow& row, const QString& name);
     // Runs a command of the document; an error that rises out of it is told
@@ -220,9 +230,6 @@ private:
     void showKeyboard(bool shown) override;
     // The File menu's recent entries, after a change of the list.
     void showRecentFiles();
-    // The two colour combos: a colour picked from the list, or asked for.
-    void pickTextColour(int index);
-    void pickHighlight(int index);
 
     AppContext& ctx_;
     FrmMainLogic logic_;

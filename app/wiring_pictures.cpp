@@ -2,11 +2,14 @@
 
 #include "app/app_context.h"
 #include "colour/colore.h"
+#include "core/picture.h"
 #include "pictures/picture_windows.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QTextCursor>
+
+#include <algorithm>
 
 namespace tornelia {
 
@@ -38,11 +41,17 @@ void startPictureBullet(AppContext& context, MainProcedures& procedures, const Q
     c.clearSelection();
     c.movePosition(QTextCursor::StartOfBlock);
     t.adoptCursor(c);
+    // The blanks after the bullet take the paragraph's font, so that the
+    // line reads on in it.
+    const QTextCharFormat typed = textFormatAt(c);
     procedures.saveClipboard();
     procedures.copyBulletPicture();
     context.undo().unDO();
     t.Paste();
     t.setSelText(QStringLiteral("  "));
+    QTextCursor blanks = t.cursor();
+    blanks.setPosition(std::max(0, blanks.position() - 2), QTextCursor::KeepAnchor);
+    blanks.setCharFormat(typed);
     context.undo().unDO();
     procedures.restoreClipboard();
 }

@@ -26,6 +26,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace tornelia {
 
@@ -129,7 +130,10 @@ public:
         // The item is the whole page: no dashed focus frame around it.
         QStyleOptionGraphicsItem plain(*option);
         plain.state &= ~(QStyle::State_HasFocus | QStyle::State_Selected);
+        painter->save();
+        FormatPainter::keepOutListMarkers(painter, document(), option->exposedRect);
         QGraphicsTextItem::paint(painter, &plain, widget);
+        painter->restore();
         FormatPainter::paintOverlay(painter, document(), option->exposedRect);
         paintPictureSelection(painter);
     }
@@ -179,9 +183,42 @@ private:
     void typeCharacters(const QString& text);
     void typeKeyAscii(int k, const QString& asTyped);
     void raiseMouseDown(QGraphicsSceneMouseEvent* e);
+    // The document position of the picture drawn at pos, or -1.
+    int pictureAt(QPointF pos) const;
 
     EditorView& view_;
+    // A click that selected a picture: its move and release must not put a
+    // caret in place of the selection.
+    bool pictureClick_ = false;
 };
+
+int EditorTextItem::pictureAt(QPointF pos) const
+{
+    QTextDocument* doc = document();
+    const int hit = doc->documentLayout()->hitTest(pos, Qt::FuzzyHit);
+    for (const int at : {hit - 1, hit}) {
+        if (at < 0)
+            continue;
+        QTextCursor c(doc);
+        c.setPosition(at);
+        if (!c.movePosition(QTextCursor::NextCharacter, QTextCursor::KeepAnchor) || !c.charFormat().isImageFormat())
+            continue;
+        const QTextBlock block = doc->findBlock(at);
+        const QTextLayout* layout = block.layout();
+        if (!layout)
+            continue;
+        const int rel = at - block.position();
+        const QTextLine line = layout->lineForTextPosition(rel);
+        if (!line.isValid())
+            continue;
+        const qreal x1 = line.cursorToX(rel), x2 = line.cursorToX(rel + 1);
+        const QRectF r(layout->position().x() + std::min(x1, x2), layout->position().y() + line.y(), std::abs(x2 - x1),
+                       line.height());
+        if (r.contains(pos))
+            return at;
+    }
+    return -1;
+}
 
 void EditorTextItem::typeKeyAscii(int k, const QString& asTyped)
 {
@@ -280,6 +317,14 @@ void EditorTextItem::keyPressEvent(QKeyEvent* e)
         e->ignore();
         return;
     }
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+        // The item alone has no screen to page by; the view has.
+        if (ctrl || alt)
+            break;
+        view_.movePage(e->key() == Qt::Key_PageDown, mods & Qt::ShiftModifier);
+        e->accept();
+        return;
     default:
         break;
     }
@@ -341,7 +386,19 @@ void EditorTextItem::raiseMouseDown(QGraphicsSceneMouseEvent* e)
 
 void EditorTextItem::mousePressEvent(QGraphicsSceneMouseEvent* e)
 {
-    if (e->button() == Qt::LeftButton) {
+    pictureClick_ = false;
+    const int picture = e->button() == Qt::LeftButton && !(e->modifiers() & Qt::ShiftModifier) ? pictureAt(e->pos()) : -1;
+    if (picture >= 0) {
+        // A click on a picture selects it, as the picture's menu and
+        // properties want it.
+        QTextCursor c(document());
+        c.setPosition(picture);
+        c.setPosition(picture + 1, QTextCursor::KeepAnchor);
+        setTextCursor(c);
+        view_.itemMovedCursor();
+        pictureClick_ = true;
+        e->accept();
+    } else if (e->button() == Qt::LeftButton) {
         QGraphicsTextItem::mousePressEvent(e);
         view_.itemMovedCursor();
     } else {
@@ -354,7 +411,7 @@ void EditorTextItem::mousePressEvent(QGraphicsSceneMouseEvent* e)
 
 void EditorTextItem::mouseMoveEvent(QGraphicsSceneMouseEvent* e)
 {
-    if (!(e->buttons() & Qt::LeftButton)) {
+    if (!(e->buttons() & Qt::LeftButton) || pictureClick_) {
         e->accept();
         return;
     }
@@ -364,7 +421,7 @@ void EditorTextItem::mouseMoveEvent(QGraphicsSceneMouseEvent* e)
 
 void EditorTextItem::mouseReleaseEvent(QGraphicsSceneMouseEvent* e)
 {
-    if (e->button() != Qt::LeftButton) {
+    if (e->button() != Qt::LeftButton || std::exchange(pictureClick_, false)) {
         e->accept();
         return;
     }
@@ -446,7 +503,13 @@ EditorView::EditorView(RichTextSurface& surface, QWidget* parent)
     applyZoom();
 }
 
-EditorView::~EditorView() = default;
+EditorView::~EditorView()
+{
+    // The painter gives the blocks back their own formats, and the layout
+    // then reports a new size to this view: it goes while the view is whole,
+    // not later among the QWidget's children.
+    delete findChild<FormatPainter*>(QString(), Qt::FindDirectChildrenOnly);
+}
 
 QGraphicsTextItem* EditorView::textItem() const
 {
@@ -725,20 +788,50 @@ void EditorView::scheduleEnsureCaretVisible()
     });
 }
 
-void EditorView::ensureCaretVisible()
+QRectF EditorView::caretRect(const QTextCursor& c) const
 {
-    const QTextCursor& c = surface_.cursor();
     const QTextBlock block = c.block();
     QTextLayout* layout = block.isValid() ? block.layout() : nullptr;
     if (!layout)
-        return;
+        return {};
     const int inBlock = c.position() - block.position();
     const QTextLine line = layout->lineForTextPosition(inBlock);
     if (!line.isValid())
-        return;
+        return {};
     const QPointF origin = layout->position();
-    const QRectF caret(origin.x() + line.cursorToX(inBlock), origin.y() + line.y(), 1, line.height());
-    ensureVisible(item_->mapRectToScene(caret), 8, 8);
+    return QRectF(origin.x() + line.cursorToX(inBlock), origin.y() + line.y(), 1, line.height());
+}
+
+void EditorView::ensureCaretVisible()
+{
+    const QRectF caret = caretRect(surface_.cursor());
+    if (caret.isValid())
+        ensureVisible(item_->mapRectToScene(caret), 8, 8);
+}
+
+void EditorView::movePage(bool down, bool extend)
+{
+    // A screen at a time: the text scrolls by the window's height and the
+    // caret goes the same way, keeping its place on the screen. Past the
+    // first or last screen it lands on the first or last line.
+    QTextCursor c = item_->textCursor();
+    const QRectF caret = caretRect(c);
+    if (!caret.isValid())
+        return;
+    const int screen = std::max(1, viewport()->height());
+    const qreal step = screen / zoom_;
+    const QRectF bounds = item_->boundingRect();
+    const QPointF target(caret.center().x(),
+                         std::clamp(caret.center().y() + (down ? step : -step), bounds.top(),
+                                    std::max(bounds.top(), bounds.bottom() - 1)));
+    const int pos = surface_.document()->documentLayout()->hitTest(target, Qt::FuzzyHit);
+    if (pos < 0)
+        return;
+    c.setPosition(pos, extend ? QTextCursor::KeepAnchor : QTextCursor::MoveAnchor);
+    item_->setTextCursor(c);
+    QScrollBar* bar = verticalScrollBar();
+    bar->setValue(bar->value() + (down ? screen : -screen));
+    itemMovedCursor();
 }
 
 void EditorView::resizeEvent(QResizeEvent* event)

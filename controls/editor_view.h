@@ -90,6 +90,12 @@ private:
     void reportPageOrigin();
     void scheduleEnsureCaretVisible();
     void ensureCaretVisible();
+    // The caret's line at the cursor, in the document's coordinates; empty
+    // before the text is laid out.
+    QRectF caretRect(const QTextCursor& c) const;
+    // Page Up and Page Down: a screen up or down, the selection extended
+    // with Shift.
+    void movePage(bool down, bool extend);
     // The item changed its caret or selection: the surface takes it over.
     void itemMovedCursor();
 

@@ -92,13 +92,23 @@ bool Document::fileCambiato() const
     // The length first, as it costs nothing; then the whole document, so
     // bold given to a word or a word replaced by one as long is not lost at
     // the close without a question.
-    return static_cast<float>(testo_.length()) != lenSalvata || testo_.TextRTF() != rtfSalvato;
+    if (testo_.changeCount() == modificheSalvate)
+        return false;
+    if (static_cast<float>(testo_.length()) != lenSalvata)
+        return true;
+    return !rtfTenuto || testo_.TextRTF() != rtfSalvato;
 }
 
 void Document::segnaSalvato()
 {
+    // Writing the RTF of a document of millions of characters takes most
+    // of a second, at every open and save: beyond this size the change
+    // count alone tells.
+    constexpr long kRtfKeptUpTo = 200000;
     lenSalvata = static_cast<float>(testo_.length());
-    rtfSalvato = testo_.TextRTF();
+    modificheSalvate = testo_.changeCount();
+    rtfTenuto = testo_.length() <= kRtfKeptUpTo;
+    rtfSalvato = rtfTenuto ? testo_.TextRTF() : QString();
 }
 
 bool Document::fileGiaAperto(const QString& fileName) const
@@ -303,8 +313,10 @@ void Document::writeFileName(const QString& path, bool load)
     if (load && kindOf(path) != KindText) {
         try {
             testo_.setFileName(path);
-        } catch (const std::exception&) {
-            // What the load put in stays.
+        } catch (const SurfaceError& e) {
+            // What the load put in stays, and the person is told the rest is missing.
+            mostraMsg(QStringLiteral("Apri file"),
+                      QStringLiteral("Errore durante la lettura del file!\n") + QString::fromUtf8(e.what()), 0, 3);
         }
     } else {
         testo_.recordFileName(path);
@@ -366,7 +378,9 @@ void Document::Aprii(const QString& chosen)
             setUpBar(path);
             lineCar(path, kindOf(path) == KindText ? LoadAs::Text : LoadAs::Contents);
             loaded = true;
-        } catch (const std::exception&) {
+            // A file opens at its beginning, whatever the load left the caret at.
+            testo_.setSelStart(0);
+        } catch (const SurfaceError&) {
             // Half a file is not the file: the person is told, and it does
             // not go on the recent list.
             testo_.setText({});
@@ -382,6 +396,8 @@ void Document::Aprii(const QString& chosen)
     showOpenedName(false);
 
     segnaSalvato();
+    if (onUndoOpened)
+        onUndoOpened();
     if (onRecentAdd)
         onRecentAdd(path);
     if (onConalinee)
@@ -429,13 +445,16 @@ void Document::RecENt(const QString& path)
             readOnlyTest(file, true);
             setUpBar(file);
             lineCar(file, kindOf(file) == KindText ? LoadAs::Text : LoadAs::Contents);
+            testo_.setSelStart(0);
             testo_.recordFileName(file);
             showOpenedName(true);
             segnaSalvato();
+            if (onUndoOpened)
+                onUndoOpened();
             if (onRecentAdd)
                 onRecentAdd(file);
         }
-    } catch (const std::exception&) {
+    } catch (const SurfaceError&) {
         mostraMsg(QStringLiteral("Apri file recente"),
                   QStringLiteral("Errore durante l'apertura del file!"), 0, 0);
     }

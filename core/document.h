@@ -28,11 +28,16 @@ public:
     // The document as last loaded or saved, so a change of format or a
     // same-length replacement still counts as a change.
     QString rtfSalvato;
+    // The surface's change count at the last load or save; a large document
+    // keeps no copy of its RTF, and any change to it counts.
+    quint64 modificheSalvate = 0;
+    bool rtfTenuto = false;
     bool inApertura = false;
     QString rispostaMsg;
 
     // --- what later parts of the program plug in; empty means nothing to do ---
     std::function<void()> onUndoClear;                  // the undo store is emptied
+    std::function<void()> onUndoOpened;                 // a file was opened: undo can go back to it
     std::function<void()> onShowStartPanel;             // frmAv
     std::function<void(const QString&)> onRecentAdd;    // aggiungiRecente
     std::function<void()> onConalinee;                  // status bar refresh

@@ -98,7 +98,10 @@ void setPictureFormat(QTextDocument& doc, QTextImageFormat& f, const QByteArray&
     const QImage shown = image.isNull() ? placeholder(px.boundedTo(QSize(2000, 2000))) : image;
     // The name comes from the content, so reading the same picture again
     // (every undo step does) replaces the resource instead of adding one.
-    const QByteArray key = QCryptographicHash::hash(rawGroup.isEmpty() ? QByteArray::number(shown.cacheKey()) : rawGroup,
+    // A linked picture may show its file instead of the group: the link
+    // counts too, so that it never takes the place of a plain copy.
+    const QByteArray key = QCryptographicHash::hash((rawGroup.isEmpty() ? QByteArray::number(shown.cacheKey()) : rawGroup) +
+                                                        f.property(prop::PictureLink).toString().toUtf8(),
                                                     QCryptographicHash::Sha1).toHex();
     const QString name = QStringLiteral("tornelia-picture:") + QString::fromLatin1(key);
     doc.addResource(QTextDocument::ImageResource, QUrl(name), QVariant(shown));
@@ -113,15 +116,75 @@ void setPictureFormat(QTextDocument& doc, QTextImageFormat& f, const QByteArray&
 
 QByteArray pictureGroup(const QTextDocument& doc, const QTextImageFormat& f)
 {
-    const QByteArray raw = f.property(prop::RawGroup).toByteArray();
-    if (!raw.isEmpty())
-        return raw;
-    const QImage image = doc.resource(QTextDocument::ImageResource, QUrl(f.name())).value<QImage>();
-    if (image.isNull())
+    QByteArray group = f.property(prop::RawGroup).toByteArray();
+    if (group.isEmpty()) {
+        const QImage image = doc.resource(QTextDocument::ImageResource, QUrl(f.name())).value<QImage>();
+        if (image.isNull())
+            return {};
+        const int wTwips = f.width() > 0 ? int(f.width() * 15) : image.width() * 15;
+        const int hTwips = f.height() > 0 ? int(f.height() * 15) : image.height() * 15;
+        group = pngPictureGroup(image, QSize(wTwips, hTwips));
+    }
+    const QString link = f.property(prop::PictureLink).toString();
+    return link.isEmpty() ? group : linkedPictureField(link, group);
+}
+
+QTextCharFormat textFormatAt(const QTextCursor& c)
+{
+    QTextCursor at(c);
+    at.clearSelection();
+    QTextCharFormat f = at.charFormat();
+    if (f.isImageFormat()) {
+        for (const int id : {int(QTextFormat::ObjectType), int(QTextFormat::ImageName), int(QTextFormat::ImageWidth),
+                             int(QTextFormat::ImageHeight), prop::RawGroup, prop::PictureGoal, prop::PictureLink})
+            f.clearProperty(id);
+    }
+    f.clearProperty(QTextFormat::ObjectIndex);
+    return f;
+}
+
+QString linkedPictureFile(const QString& instruction)
+{
+    QString rest = instruction.trimmed();
+    if (!rest.startsWith(QLatin1String("INCLUDEPICTURE"), Qt::CaseInsensitive))
         return {};
-    const int wTwips = f.width() > 0 ? int(f.width() * 15) : image.width() * 15;
-    const int hTwips = f.height() > 0 ? int(f.height() * 15) : image.height() * 15;
-    return pngPictureGroup(image, QSize(wTwips, hTwips));
+    rest = rest.mid(14).trimmed();
+    // The name is the quoted argument, or the first word that is no switch;
+    // switches may stand before it.
+    QString name;
+    const qsizetype quote = rest.indexOf(u'"');
+    if (quote >= 0) {
+        const qsizetype end = rest.indexOf(u'"', quote + 1);
+        name = rest.mid(quote + 1, end < 0 ? -1 : end - quote - 1);
+    } else {
+        for (const QString& word : rest.split(u' ', Qt::SkipEmptyParts)) {
+            if (!word.startsWith(u'\\')) {
+                name = word;
+                break;
+            }
+        }
+    }
+    // Field arguments double their backslashes.
+    name.replace(QLatin1String("\\\\"), QLatin1String("\\"));
+    if (name.startsWith(QLatin1String("file:"), Qt::CaseInsensitive))
+        return QUrl(name).toLocalFile();
+    return name.startsWith(u'/') ? name : QString();
+}
+
+QByteArray linkedPictureField(const QString& instruction, const QByteArray& resultGroup)
+{
+    QByteArray inst;
+    for (const QChar c : instruction) {
+        if (c == u'\\' || c == u'{' || c == u'}')
+            inst += '\\' + QByteArray(1, char(c.unicode()));
+        else if (c.unicode() < 128)
+            inst += char(c.unicode());
+        else
+            inst += "\\u" + QByteArray::number(qint16(c.unicode())) + '?';
+    }
+    // The result stands in a \nonshppict group: readers that follow the
+    // link show the file alone, the others show the copy.
+    return "{\\field{\\*\\fldinst " + inst + "}{\\fldrslt {\\nonshppict" + resultGroup + "}}}";
 }
 
 QByteArray pngPictureGroup(const QImage& image, QSize goalTwips)

@@ -109,6 +109,12 @@ RichTextSurface::RichTextSurface(QObject* parent) : QObject(parent), doc_(new QT
 {
     // The program keeps its own undo by snapshots.
     doc_->setUndoRedoEnabled(false);
+    // Left to right, as the program writes: an automatic direction makes the
+    // layout scan every paragraph below an edit for its first letter, on
+    // every key.
+    QTextOption option = doc_->defaultTextOption();
+    option.setTextDirection(Qt::LeftToRight);
+    doc_->setDefaultTextOption(option);
     cursor_ = QTextCursor(doc_);
     setDefaultFormat(QStringLiteral("Tahoma"), 10);
     QTextCursor c(doc_);
@@ -161,6 +167,7 @@ void RichTextSurface::onContentsChange()
     }
     cellTabsValid_ = false;
     pendingSplice_.reset();
+    ++changeCount_;
     emit Change();
 }
 
@@ -266,16 +273,50 @@ QString RichTextSurface::Text() const
     return textCache_;
 }
 
+namespace {
+
+// Documents from this size up are built with the layout off and laid out
+// afterwards from the top, a screen at once and the rest in slices while
+// the window runs: laid out in the same edit, a document of millions of
+// characters kept the window from showing for seconds.
+constexpr qsizetype kLazyLayoutFrom = 200000;
+
+}  // namespace
+
+void RichTextSurface::replaceWhole(qsizetype size, const std::function<void()>& build)
+{
+    const bool lazy = size >= kLazyLayoutFrom && doc_->isLayoutEnabled();
+    const int before = doc_->characterCount();
+    if (lazy)
+        doc_->setLayoutEnabled(false);
+    build();
+    if (lazy) {
+        // The caret goes to the top while the layout is still off: a view
+        // that showed its caret at the end would otherwise have the whole
+        // document laid out to find where the old caret stood.
+        cursor_ = QTextCursor(doc_);
+        pendingFormat_.reset();
+        notifySelection();
+        // Those who follow the document's changes (display formats, the
+        // spelling, the line count) hear of it as of any edit; the layout,
+        // switched back on, starts again from the top.
+        emit doc_->contentsChange(0, before, doc_->characterCount());
+        doc_->setLayoutEnabled(true);
+    }
+}
+
 void RichTextSurface::replaceWithPlainText(const QString& text)
 {
-    QTextCursor c(doc_);
-    c.beginEditBlock();
-    c.select(QTextCursor::Document);
-    c.removeSelectedText();
-    c.setBlockFormat(QTextBlockFormat());
-    c.setBlockCharFormat(defaultFormat_);
-    c.insertText(toDocumentText(text), defaultFormat_);
-    c.endEditBlock();
+    replaceWhole(text.size(), [&] {
+        QTextCursor c(doc_);
+        c.beginEditBlock();
+        c.select(QTextCursor::Document);
+        c.removeSelectedText();
+        c.setBlockFormat(QTextBlockFormat());
+        c.setBlockCharFormat(defaultFormat_);
+        c.insertText(toDocumentText(text), defaultFormat_);
+        c.endEditBlock();
+    });
 }
 
 void RichTextSurface::setText(const QString& text)
@@ -305,7 +346,7 @@ void RichTextSurface::setTextRTF(const QString& rtf)
         setText(rtf);
         return;
     }
-    replaceWithRtf([&] { readRtf(rtf, true); });
+    replaceWithRtf(rtf.size(), [&] { readRtf(rtf, true); });
 }
 
 void RichTextSurface::setTextRtfBytes(const QByteArray& rtf)
@@ -314,22 +355,24 @@ void RichTextSurface::setTextRtfBytes(const QByteArray& rtf)
         setText(QString::fromLatin1(rtf));
         return;
     }
-    replaceWithRtf([&] {
+    replaceWithRtf(rtf.size(), [&] {
         RtfReadOptions options;
         options.baseFormat = defaultFormat_;
         tornelia::readRtf(QByteArrayView(rtf), cursor_, options);
     });
 }
 
-void RichTextSurface::replaceWithRtf(const std::function<void()>& read)
+void RichTextSurface::replaceWithRtf(qsizetype size, const std::function<void()>& read)
 {
-    cursor_.beginEditBlock();
-    cursor_.select(QTextCursor::Document);
-    cursor_.removeSelectedText();
-    cursor_.setBlockFormat(QTextBlockFormat());
-    cursor_.setBlockCharFormat(defaultFormat_);
-    read();
-    cursor_.endEditBlock();
+    replaceWhole(size, [&] {
+        cursor_.beginEditBlock();
+        cursor_.select(QTextCursor::Document);
+        cursor_.removeSelectedText();
+        cursor_.setBlockFormat(QTextBlockFormat());
+        cursor_.setBlockCharFormat(defaultFormat_);
+        read();
+        cursor_.endEditBlock();
+    });
     pendingFormat_.reset();
     QTextCursor c(doc_);
     setCursor(c);
@@ -377,8 +420,29 @@ void RichTextSurface::adoptCursor(const QTextCursor& c)
     setCursor(c);
 }
 
+void RichTextSurface::keepCaretBlockShaped()
+{
+    // Qt drops a paragraph's glyphs after each layout and shapes them anew
+    // for every caret position asked and every paint. In the paragraph being
+    // typed that is several shapings of the whole paragraph a key; kept, it
+    // is one. Only this paragraph keeps them, so memory stays small.
+    const QTextBlock block = cursor_.block();
+    const int number = block.blockNumber();
+    if (number == shapedBlock_)
+        return;
+    if (shapedBlock_ >= 0) {
+        const QTextBlock old = doc_->findBlockByNumber(shapedBlock_);
+        if (old.isValid() && old.layout())
+            old.layout()->setCacheEnabled(false);
+    }
+    shapedBlock_ = number;
+    if (block.isValid() && block.layout())
+        block.layout()->setCacheEnabled(true);
+}
+
 void RichTextSurface::notifySelection()
 {
+    keepCaretBlockShaped();
     const long start = SelStart();
     const long len = SelLength();
     emit cursorMoved();

@@ -99,6 +99,9 @@ public:
     Colour BackColor() const { return backColor_; }
     void setBackColor(Colour c);
     long length() const;  // Len(Text), without building the string
+    // Grows at every change of the text or its formats: equal counts mean
+    // the document has not changed in between.
+    quint64 changeCount() const { return changeCount_; }
 
     // --- properties of the selection ---
     long SelStart() const;
@@ -218,7 +221,10 @@ private:
     void mergeBlocks(const std::function<void(QTextBlockFormat&)>& change);
     void replaceWithPlainText(const QString& text);
     void readRtf(const QString& rtf, bool wholeDocument);
-    void replaceWithRtf(const std::function<void()>& read);
+    void replaceWithRtf(qsizetype size, const std::function<void()>& read);
+    // Replaces the whole document by what build makes; size tells how big
+    // the new document will be.
+    void replaceWhole(qsizetype size, const std::function<void()>& build);
     bool restyleAcrossCells(const QString& rtf);
 
     QTextDocument* doc_;
@@ -251,6 +257,11 @@ private:
     };
     std::optional<Splice> pendingSplice_;
     int selectionNotifyBlock_ = 0;
+    quint64 changeCount_ = 0;
+    // The paragraph at the caret keeps its shaped glyphs between layouts,
+    // by number, since a block handle dies with its paragraph.
+    void keepCaretBlockShaped();
+    int shapedBlock_ = -1;
     long lastSelStart_ = 0;
     long lastSelLength_ = 0;
 

@@ -8,6 +8,7 @@
 #include "core/rtf_table.h"
 #include "core/text_format.h"
 
+#include <QFileInfo>
 #include <QTextBlock>
 #include <QTextDocumentFragment>
 #include <QTextDocument>
@@ -86,6 +87,7 @@ struct ParaState {
     int li = 0;
     int ri = 0;
     int fi = 0;
+    bool ownIndent = false;  // \li or \fi of its own: the list level's indent gives way
     int ls = 0;    // \ls: an entry of the list override table
     int ilvl = 0;
     PnState pn;
@@ -128,6 +130,7 @@ struct ListLevel {
     int start = 1;
     int font = -1;
     QString text;  // \leveltext: placeholders 0..8 stand for the level numbers
+    std::optional<int> li, fi;  // the level's indent, for paragraphs without their own
 };
 
 struct PictState {
@@ -212,19 +215,59 @@ public:
     void decodeIn(int font, std::string_view bytes, QString& out);
     int ansiCodePage() const { return ansiCodePage_; }
     FontDef* fontAt(int index);
-    void setFont(int index, const FontDef& def) { fonts_[index] = def; formatCache_.clear(); }
+    void setFont(int index, const FontDef& def)
+    {
+        fonts_[index] = def;
+        formatCache_.clear();
+        if (opt_.declarations)
+            declare(QStringLiteral("font %1 \"%2\" %3 charset %4 cpg %5")
+                        .arg(index).arg(def.name, def.kind.isEmpty() ? QStringLiteral("-") : def.kind)
+                        .arg(def.charset).arg(def.codePage));
+    }
     int fontCodePage(const FontDef& def) const;
-    void addColour(std::optional<QColor> c) { colours_.push_back(c); formatCache_.clear(); }
+    void addColour(std::optional<QColor> c)
+    {
+        colours_.push_back(c);
+        formatCache_.clear();
+        if (opt_.declarations)
+            declare(QStringLiteral("colour %1 %2").arg(colours_.size() - 1).arg(c ? c->name() : QStringLiteral("auto")));
+    }
     bool hasColours() const { return !colours_.empty(); }
-    void setStyle(int index, const Style& s) { styles_[index] = s; }
-    void addListLevel(int listId, const ListLevel& level) { lists_[listId].push_back(level); }
-    void setOverride(int ls, int listId) { overrides_[ls] = listId; }
+    void setStyle(int index, const Style& s)
+    {
+        styles_[index] = s;
+        if (opt_.declarations)
+            declareStyle(index, s);
+    }
+    void addListLevel(int listId, const ListLevel& level)
+    {
+        lists_[listId].push_back(level);
+        if (opt_.declarations)
+            declareLevel(listId, level);
+    }
+    void setOverride(int ls, int listId)
+    {
+        overrides_[ls] = listId;
+        if (opt_.declarations)
+            declare(QStringLiteral("override ls %1 list %2").arg(ls).arg(listId));
+    }
+    void declare(const QString& line)
+    {
+        if (opt_.declarations)
+            opt_.declarations->append(line);
+    }
+    bool declaring() const { return opt_.declarations != nullptr; }
     void showPicture(const QByteArray& raw, const PictState& pict);
     void showObject(const QByteArray& raw);
+    void fieldInstruction(const QString& text);
     QByteArray rawGroup(qsizetype from, qsizetype end) const { return src_.sliced(from, end - from + 1).toByteArray(); }
     bool shapePictureWanted() const;
     void shapePictureShown() { shapePictureShown_ = true; }
-    void setShapeName(const QString& name) { shapeName_ = name; }
+    void setShapeName(const QString& name)
+    {
+        shapeName_ = name;
+        declare(QStringLiteral("shape property %1").arg(name));
+    }
     const QString& shapeName() const { return shapeName_; }
     bool shapeInValue() const;
 
@@ -254,8 +297,11 @@ private:
     void endParagraph();
     void applyParagraph(const ParaState& pa);
     void applyList(const ParaState& pa, QTextBlock block, QTextList* old, int oldNumber);
+    const ListLevel* listLevelOf(const ParaState& pa) const;
     void emitObject(const QByteArray& raw, const QImage& image, QSize goalTwips);
     int codePageOf(int font) const;
+    void declareStyle(int index, const Style& s);
+    void declareLevel(int listId, const ListLevel& level);
     int effectiveFont(const CharState& s) const;
     const QTextCharFormat& formatOf(const CharState& s);
     ByteDecoder& decoder(int codePage);
@@ -286,6 +332,11 @@ private:
 
     bool shapePictureShown_ = false;
     bool shpPictSeen_ = false;
+    // An INCLUDEPICTURE field being read: its instruction, the depth of the
+    // field's group, and whether its picture has been shown.
+    QString link_;
+    size_t linkDepth_ = 0;
+    bool linkShown_ = false;
     QString shapeName_;
 
     std::string bytes_;
@@ -486,6 +537,14 @@ public:
         case Id::LevelNumbers:
         case Id::ListName: g.sub = Ignored; return true;
         case Id::F: level_.font = value; return false;
+        case Id::Li:
+            if (g.sub == Level)
+                level_.li = std::clamp(value, -31680, 31680);
+            return false;
+        case Id::Fi:
+            if (g.sub == Level)
+                level_.fi = std::clamp(value, -31680, 31680);
+            return false;
         default:
             if (w.kind == Kind::Destination) {
                 r_.skipGroup();
@@ -602,6 +661,10 @@ public:
     void finish(const Group&, qsizetype) override
     {
         // The paragraph words of the group around {\*\pn} take the list.
+        if (r_.declaring())
+            r_.declare(QStringLiteral("pn %1 style %2 start %3 font %4 before \"%5\" after \"%6\"")
+                           .arg(pn_.type == PnState::Bullet ? "bullet" : pn_.type == PnState::Numbered ? "numbered" : "none")
+                           .arg(pn_.style).arg(pn_.start).arg(pn_.font).arg(pn_.before, pn_.after));
         r_.top().pa.pn = pn_;
         r_.top().pa.pnFresh = true;
     }
@@ -671,6 +734,25 @@ public:
     using Destination::Destination;
     bool word(const Keyword&, bool, int) override { return true; }
     void finish(const Group& g, qsizetype end) override { r_.showObject(r_.rawGroup(g.start, end)); }
+};
+
+// {\*\fldinst ...}: a field's instruction matters only when it links a
+// picture; every other field shows its result.
+class FieldInstruction final : public Destination {
+public:
+    using Destination::Destination;
+    bool word(const Keyword& w, bool, int) override
+    {
+        if (w.kind == Kind::Destination)
+            r_.skipGroup();
+        return true;
+    }
+    void text(std::string_view b) override { text_ += QString::fromLatin1(b.data(), qsizetype(b.size())); }
+    void unicode(char32_t c) override { text_ += QString::fromUcs4(&c, 1); }
+    void finish(const Group&, qsizetype) override { r_.fieldInstruction(text_); }
+
+private:
+    QString text_;
 };
 
 // {\*\shpinst ...{\sp{\sn pib}{\sv{\pict...}}}}: a shape's properties; the
@@ -842,6 +924,16 @@ void Reader::closeGroup(qsizetype at)
         std::unique_ptr<Destination> d = std::move(live_.back());
         live_.pop_back();
         d->finish(closing, at);
+    } else if (!link_.isEmpty() && stack_.size() < linkDepth_) {
+        // The link's field ends. With no picture for a result, the linked
+        // file itself is the picture, when it is there.
+        if (!linkShown_) {
+            const QString file = linkedPictureFile(link_);
+            const QImage image = QFileInfo(file).isFile() ? QImage(file) : QImage();
+            if (!image.isNull())
+                emitObject(pngPictureGroup(image), image, image.size() * 15);
+        }
+        link_.clear();
     } else if (closing.dest && !closing.dest->isSkip() && closing.dest == parent) {
         closing.dest->groupClosed(closing);
     }
@@ -997,9 +1089,9 @@ bool Reader::stateWord(const Keyword& w, bool hasParam, int value)
     case Id::Qr: pa.align = 1; return true;
     case Id::Qc: pa.align = 2; return true;
     case Id::Qj: pa.align = 3; return true;
-    case Id::Li: pa.li = std::clamp(value, -31680, 31680); return true;
+    case Id::Li: pa.li = std::clamp(value, -31680, 31680); pa.ownIndent = true; return true;
     case Id::Ri: pa.ri = std::clamp(value, -31680, 31680); return true;
-    case Id::Fi: pa.fi = std::clamp(value, -31680, 31680); return true;
+    case Id::Fi: pa.fi = std::clamp(value, -31680, 31680); pa.ownIndent = true; return true;
     case Id::Ls: pa.ls = std::max(0, value); return true;
     case Id::Ilvl: pa.ilvl = std::clamp(value, 0, 8); return true;
     case Id::Tqr: pa.nextTab.kind = 'r'; return true;
@@ -1046,8 +1138,8 @@ bool Reader::bodyWord(const Keyword& w, bool, int value)
             skipGroup();
         shpPictSeen_ = false;
         break;
+    case Id::FieldInst: open(std::make_unique<FieldInstruction>(*this)); break;
     case Id::SkipDest:
-    case Id::FieldInst:
     case Id::List:
     case Id::ListLevel:
     case Id::LevelText:
@@ -1309,9 +1401,18 @@ void Reader::applyParagraph(const ParaState& pa)
 {
     QTextBlockFormat bf;
     setAlignment(bf, pa.align);
-    setTwips(bf, prop::LeftIndent, pa.li);
+    int li = pa.li;
+    int fi = pa.fi;
+    if (pa.ls > 0 && !pa.ownIndent) {
+        // A list paragraph without an indent of its own stands at its level's.
+        if (const ListLevel* level = listLevelOf(pa)) {
+            li = level->li.value_or(li);
+            fi = level->fi.value_or(fi);
+        }
+    }
+    setTwips(bf, prop::LeftIndent, li);
     setTwips(bf, prop::RightIndent, pa.ri);
-    setTwips(bf, prop::FirstIndent, pa.fi);
+    setTwips(bf, prop::FirstIndent, fi);
     setTabStops(bf, pa.tabs);
     QTextBlock block = cursor_.block();
     // The list the paragraph is in already (a paste into a list) may be the
@@ -1346,6 +1447,15 @@ void setBullet(QTextListFormat& lf, const QString& glyph)
         style = QTextListFormat::ListSquare;
     lf.setStyle(style);
     lf.setProperty(prop::ListLabel, glyph.isEmpty() ? QStringLiteral("\u2022") : glyph);
+}
+
+const ListLevel* Reader::listLevelOf(const ParaState& pa) const
+{
+    auto ov = overrides_.find(pa.ls);
+    auto list = ov == overrides_.end() ? lists_.end() : lists_.find(ov->second);
+    if (list == lists_.end() || list->second.empty())
+        return nullptr;
+    return &list->second[size_t(std::min<int>(pa.ilvl, int(list->second.size()) - 1))];
 }
 
 void Reader::applyList(const ParaState& pa, QTextBlock block, QTextList* old, int oldNumber)
@@ -1436,7 +1546,18 @@ void Reader::emitObject(const QByteArray& raw, const QImage& image, QSize goalTw
     flushText();
     QTextImageFormat f;
     f.merge(formatOf(top().ch));
-    setPictureFormat(*cursor_.document(), f, raw, image, goalTwips);
+    QImage shown = image;
+    if (!link_.isEmpty() && !linkShown_ && !raw.startsWith("{\\object")) {
+        // A linked picture shows the file while it is there, and keeps its
+        // field so that it is written back as a link.
+        linkShown_ = true;
+        f.setProperty(prop::PictureLink, link_);
+        const QString file = linkedPictureFile(link_);
+        const QImage linked = QFileInfo(file).isFile() ? QImage(file) : QImage();
+        if (!linked.isNull())
+            shown = linked;
+    }
+    setPictureFormat(*cursor_.document(), f, raw, shown, goalTwips);
     cursor_.insertImage(f);
 }
 
@@ -1456,12 +1577,62 @@ void Reader::showPicture(const QByteArray& raw, const PictState& p)
         goalw = twips(p.picw);
         goalh = twips(p.pich);
     }
+    const QImage image = decodePicture(p.type, p.data);
+    if ((goalw <= 0 || goalh <= 0) && !image.isNull()) {
+        // No size in the file: the picture's own pixels, which the scale
+        // still applies to.
+        goalw = image.width() * 15;
+        goalh = image.height() * 15;
+    }
     goalw = std::clamp(scaled(goalw, p.scalex), 0, 31680 * 4);
     goalh = std::clamp(scaled(goalh, p.scaley), 0, 31680 * 4);
     Destination* saved = top().dest;
     top().dest = nullptr;  // a shape's picture goes to the body
-    emitObject(raw, decodePicture(p.type, p.data), QSize(goalw, goalh));
+    if (declaring())
+        declare(QStringLiteral("picture %1 %2 bytes, %3x%4 pixels, %5x%6 twips")
+                    .arg(QString::fromLatin1(p.type.isEmpty() ? QByteArray("?") : p.type)).arg(p.data.size())
+                    .arg(image.width()).arg(image.height()).arg(goalw).arg(goalh));
+    emitObject(raw, image, QSize(goalw, goalh));
     top().dest = saved;
+}
+
+void Reader::declareStyle(int index, const Style& s)
+{
+    const QTextCharFormat f = formatOf(s.ch);
+    QString line = index >= Stylesheet::kCharacterStyles ? QStringLiteral("character style %1").arg(index - Stylesheet::kCharacterStyles)
+                                                         : QStringLiteral("style %1").arg(index);
+    line += QStringLiteral(": %1 %2").arg(fontNameOf(f)).arg(s.ch.fs / 2.0);
+    if (s.ch.bold) line += QLatin1String(" bold");
+    if (s.ch.italic) line += QLatin1String(" italic");
+    static const char* const aligns[] = {"", " right", " centre", " justified"};
+    line += QLatin1String(aligns[std::clamp(s.pa.align, 0, 3)]);
+    if (s.pa.li) line += QStringLiteral(" li %1").arg(s.pa.li);
+    if (s.pa.fi) line += QStringLiteral(" fi %1").arg(s.pa.fi);
+    if (s.pa.ls) line += QStringLiteral(" ls %1 ilvl %2").arg(s.pa.ls).arg(s.pa.ilvl);
+    declare(line);
+}
+
+void Reader::declareLevel(int listId, const ListLevel& level)
+{
+    // Placeholders for the level numbers read as %0..%8.
+    QString text;
+    for (QChar c : level.text)
+        text += c.unicode() < 9 ? QStringLiteral("%%1").arg(c.unicode()) : QString(c);
+    QString line = QStringLiteral("list %1 level %2: nfc %3 start %4 \"%5\"")
+                       .arg(listId).arg(lists_[listId].size() - 1).arg(level.nfc).arg(level.start).arg(text);
+    if (level.li) line += QStringLiteral(" li %1").arg(*level.li);
+    if (level.fi) line += QStringLiteral(" fi %1").arg(*level.fi);
+    declare(line);
+}
+
+void Reader::fieldInstruction(const QString& text)
+{
+    const QString inst = text.trimmed();
+    if (!inst.startsWith(QLatin1String("INCLUDEPICTURE"), Qt::CaseInsensitive))
+        return;
+    link_ = inst;
+    linkDepth_ = stack_.size();  // the field's own group
+    linkShown_ = false;
 }
 
 void Reader::showObject(const QByteArray& raw)

@@ -3,6 +3,7 @@
 // Reads RTF from any producer into a QTextDocument at a cursor.
 
 #include <QByteArrayView>
+#include <QStringList>
 #include <QStringView>
 #include <QTextCharFormat>
 #include <QTextCursor>
@@ -17,6 +18,11 @@ struct RtfReadOptions {
     bool wholeDocument = true;
     // Font and size when the RTF names none.
     QTextCharFormat baseFormat;
+    // When set, one line is added here for each entry the file's tables and
+    // destinations declare (fonts, colours, styles, list levels and
+    // overrides, \pn lists, shape properties, pictures shown), in the order
+    // read: what the reader made of a file's head, to look into or compare.
+    QStringList* declarations = nullptr;
 };
 
 // Inserts the RTF at the cursor (replacing nothing: remove the selection

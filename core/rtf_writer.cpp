@@ -40,6 +40,7 @@ struct CharWords {
     bool smallCaps = false;
     bool doubleStrike = false;
     int offset = 0;
+    int superSub = 0;  // \super (+1) or \sub (-1): the offset is theirs
     bool symbol = false;   // the font is a symbol font: bytes, not characters
     bool western = true;   // the font's code page is Windows-1252
 };
@@ -204,8 +205,10 @@ const CharWords& Writer::wordsOf(const QTextCharFormat& f, int formatIndex)
         w.strike = false;
         w.doubleStrike = true;
     }
-    // \super and \sub go back as the offsets the string engine reads.
     w.offset = offsetHalfPointsOf(f);
+    // \super and \sub go back as themselves: as \up6 they would come back
+    // at full size.
+    w.superSub = superSubOf(f);
     const int charset = fonts_[size_t(w.font)].charset;
     w.symbol = charset == 2;
     w.western = charset == 0 || charset == 1;
@@ -227,8 +230,9 @@ void Writer::writeCharWords(const CharWords& w)
         if (w.strike) word("\\strike");
         if (w.doubleStrike) word("\\striked1");
         if (w.hidden) word("\\v");
-        if (w.offset > 0) word("\\up", w.offset);
-        if (w.offset < 0) word("\\dn", -w.offset);
+        if (w.superSub) word(w.superSub > 0 ? "\\super" : "\\sub");
+        else if (w.offset > 0) word("\\up", w.offset);
+        else if (w.offset < 0) word("\\dn", -w.offset);
         if (w.caps) word("\\caps");
         if (w.smallCaps) word("\\scaps");
         word("\\f", w.font);
@@ -246,7 +250,14 @@ void Writer::writeCharWords(const CharWords& w)
         if (w.strike != l.strike) word(w.strike ? "\\strike" : "\\strike0");
         if (w.doubleStrike && !l.doubleStrike) word("\\striked1");
         if (w.hidden != l.hidden) word(w.hidden ? "\\v" : "\\v0");
-        if (w.offset != l.offset) {
+        if (w.superSub) {
+            if (w.superSub != l.superSub) word(w.superSub > 0 ? "\\super" : "\\sub");
+        } else if (l.superSub) {
+            // \nosupersub ends the shrink too, which \up0 would not.
+            word("\\nosupersub");
+            if (w.offset > 0) word("\\up", w.offset);
+            else if (w.offset < 0) word("\\dn", -w.offset);
+        } else if (w.offset != l.offset) {
             if (w.offset > 0) word("\\up", w.offset);
             else if (w.offset < 0) word("\\dn", -w.offset);
             else word("\\up0");
@@ -403,10 +414,10 @@ QString Writer::run()
         enum Kind { Para, Run, Picture, MarkFormat, Break, RowStart, CellEnd, RowEnd } kind;
         ParaWords para;
         int formatKey = 0;
-        QString label;
+        QString label{};
         int number = 1;
-        QTextCharFormat format;
-        QString text;
+        QTextCharFormat format{};
+        QString text{};
         const QTextTable* table = nullptr;  // RowStart, RowEnd
         int row = 0;
         int level = 0;  // RowStart, CellEnd, RowEnd: table nesting

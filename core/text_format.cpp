@@ -124,6 +124,17 @@ int offsetHalfPointsOf(const QTextCharFormat& f)
     }
 }
 
+int superSubOf(const QTextCharFormat& f)
+{
+    if (f.hasProperty(prop::OffsetHalfPoints) || !f.hasProperty(prop::SuperSub))
+        return 0;
+    switch (f.verticalAlignment()) {
+    case QTextCharFormat::AlignSuperScript: return 1;
+    case QTextCharFormat::AlignSubScript: return -1;
+    default: return 0;
+    }
+}
+
 bool isHidden(const QTextCharFormat& f) { return f.boolProperty(prop::Hidden); }
 
 bool isCaps(const QTextCharFormat& f) { return f.fontCapitalization() == QFont::AllUppercase; }
@@ -273,6 +284,11 @@ char16_t symbolFontChar(char16_t c)
     return kSymbol[c - 0xF020];
 }
 
+bool isSymbolFont(const QTextCharFormat& f)
+{
+    return isSymbolCharset(f) && baseFontName(fontNameOf(f)).compare(QLatin1String("Symbol"), Qt::CaseInsensitive) == 0;
+}
+
 QString readableText(const QTextBlock& block)
 {
     QString text;
@@ -280,7 +296,7 @@ QString readableText(const QTextBlock& block)
         const QTextFragment frag = it.fragment();
         QString part = frag.text();
         const QTextCharFormat f = frag.charFormat();
-        if (isSymbolCharset(f) && baseFontName(fontNameOf(f)).compare(QLatin1String("Symbol"), Qt::CaseInsensitive) == 0) {
+        if (isSymbolFont(f)) {
             for (QChar& c : part)
                 if (const char16_t u = symbolFontChar(c.unicode()))
                     c = QChar(u);

@@ -44,6 +44,9 @@ QString baseFontName(const QString& name);
 // A character of the Symbol font, kept as U+F000 + byte, as Unicode
 // (Adobe's table); 0 when the byte has no character.
 char16_t symbolFontChar(char16_t c);
+// The run is in the Symbol font itself (not Wingdings or another symbol
+// font), whose bytes have Unicode characters.
+bool isSymbolFont(const QTextCharFormat& f);
 // The label of a paragraph in a list ("3.", "b)", "•"), empty for others.
 QString listLabel(const QTextBlock& block);
 // The number of a list's first item.
@@ -72,6 +75,9 @@ int defaultFontCharset(const QString& name);
 bool isSymbolCharset(const QTextCharFormat& f);
 
 int offsetHalfPointsOf(const QTextCharFormat& f);
+// +1 for \super, -1 for \sub text (shrunk), 0 otherwise; an offset set
+// since in twips (\up, \dn) wins over it.
+int superSubOf(const QTextCharFormat& f);
 bool isHidden(const QTextCharFormat& f);
 bool isCaps(const QTextCharFormat& f);
 int halfPointsOf(const QTextCharFormat& f, const QTextCharFormat& fallback);

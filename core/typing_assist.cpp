@@ -1,7 +1,10 @@
 #include "core/typing_assist.h"
 
 #include "core/codepage.h"
+#include "core/go_on.h"
+#include "core/picture.h"
 
+#include <algorithm>
 #include <exception>
 
 namespace tornelia {
@@ -32,10 +35,7 @@ NoProcedures& noProcedures()
 template <typename Step>
 void goOn(Step&& step)
 {
-    try {
-        step();
-    } catch (const std::exception&) {
-    }
+    goOnAt<SurfaceError>("Digitazione", step);
 }
 
 // Key codes and characters, as the handlers get them.
@@ -228,6 +228,17 @@ void TypingAssist::KeyPress(int& k)
     }
 }
 
+std::span<const TakenKey> keysTaken()
+{
+    // Tab, Enter while picture bullets are on, Delete for its undo step, F2
+    // for the case cycle, then the table of Control keys.
+    static constexpr TakenKey keys[] = {
+        {kTab, -1}, {kEnter, -1}, {kDelete, -1}, {kF2, -1},  //
+        {'A', kCtrl}, {'C', kCtrl}, {'E', kCtrl}, {'L', kCtrl}, {'V', kCtrl}, {'X', kCtrl}, {189, kCtrl}, {190, kCtrl},
+    };
+    return keys;
+}
+
 void TypingAssist::KeyDown(int& code, int& shift)
 {
     RichTextSurface& t = testo_;
@@ -290,11 +301,19 @@ void TypingAssist::pictureBulletEnter()
     // Each new line starts with a copy of the bullet picture, pasted through
     // the clipboard; the user's clipboard is put back afterwards.
     RichTextSurface& t = testo_;
+    // The new line goes on in the font of the text before Enter, not in the
+    // picture's.
+    const QTextCharFormat typed = textFormatAt(t.cursor());
     goOn([&] { t.setSelText(t.SelText() + QStringLiteral("\r\n")); });
     goOn([&] { procs_->saveClipboard(); });
     goOn([&] { procs_->copyBulletPicture(); });
     goOn([&] { t.Paste(); });
     goOn([&] { t.setSelText(QStringLiteral("  ")); });
+    goOn([&] {
+        QTextCursor blanks = t.cursor();
+        blanks.setPosition(std::max(0, blanks.position() - 2), QTextCursor::KeepAnchor);
+        blanks.setCharFormat(typed);
+    });
     goOn([&] { procs_->restoreClipboard(); });
 }
 

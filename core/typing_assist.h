@@ -14,6 +14,7 @@
 
 #include <array>
 #include <functional>
+#include <span>
 
 namespace tornelia {
 
@@ -52,6 +53,17 @@ public:
     // A load is running: the status line waits for its end.
     virtual bool loadRunning() const { return false; }
 };
+
+// A key that KeyDown takes for itself: its key code, and the shift state it
+// is taken with (-1: any). The window's command table has a row for each.
+struct TakenKey {
+    int code;
+    int shift;
+    bool operator==(const TakenKey&) const = default;
+};
+// Every key KeyDown takes, Control with the letters and signs included;
+// Control with any other key of code 18 and above is only swallowed.
+std::span<const TakenKey> keysTaken();
 
 // The nine rules, in the order of their settings keys "1" to "9" of "Corr".
 enum class Correction : int {

@@ -227,12 +227,15 @@ void UndoStore::RedOO()
 void UndoStore::restore(int i)
 {
     QString rtf;
-    if (!steps_->read(i, rtf))
+    if (i == 0)
+        rtf = opened_;
+    else if (!steps_->read(i, rtf))
         return;
     try {
         testo_.setTextRTF(rtf);
-    } catch (...) {
+    } catch (const SurfaceError& e) {
         // A step the surface refuses is skipped; the document stays as it is.
+        qWarning("Annulla: passo %d non ripristinato: %s", i, e.what());
     }
 }
 
@@ -240,13 +243,16 @@ void UndoStore::moveCaret(long pos)
 {
     try {
         testo_.setSelStart(pos);  // beyond the end of a shorter text: the end
-    } catch (const SurfaceError&) {
+    } catch (const SurfaceError& e) {
+        qWarning("Annulla: cursore non riportato a %ld: %s", pos, e.what());
     }
 }
 
 bool UndoStore::stepEmpty(int i) const
 {
-    return steps_->length(i) == 0;  // index 0, and beyond the last, hold ""
+    if (i == 0)
+        return opened_.isEmpty();
+    return steps_->length(i) == 0;  // beyond the last holds ""
 }
 
 UndoCommands UndoStore::commands() const
@@ -283,7 +289,17 @@ void UndoStore::clear()
     steps_ = std::make_unique<Steps>();
     passoCorr_ = 0;
     passoTot_ = 0;
+    opened_.clear();
     // The window shows the empty store at once.
+    CmeN();
+}
+
+void UndoStore::keepOpened()
+{
+    // A document too large for steps takes none here either.
+    opened_.clear();
+    if (!annullaOff_ && testo_.length() <= kMaxLength)
+        opened_ = testo_.TextRTF();
     CmeN();
 }
 
@@ -297,6 +313,8 @@ void UndoStore::disabilitaAnnulla(SettingsStore& settings)
 
 QString UndoStore::passo(int i) const
 {
+    if (i == 0)
+        return opened_;
     QString s;
     if (!steps_->read(i, s))
         s.clear();
@@ -305,7 +323,7 @@ QString UndoStore::passo(int i) const
 
 std::size_t UndoStore::memoryBytes() const
 {
-    return steps_->bytes();
+    return steps_->bytes() + std::size_t(opened_.capacity()) * sizeof(QChar);
 }
 
 }  // namespace tornelia

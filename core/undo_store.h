@@ -44,6 +44,9 @@ public:
     UndoCommands CmeN();
     // Novo: the store starts again, empty.
     void clear();
+    // A file was opened: what it holds now is where the first change made
+    // to it goes back to. A new document has nothing before its first step.
+    void keepOpened();
     // "Disabilita annulla": flips undo off or on, and remembers it in the settings.
     void disabilitaAnnulla(SettingsStore& settings);
 
@@ -51,7 +54,7 @@ public:
     void setAnnullaOff(bool off) { annullaOff_ = off; }
     int passoCorr() const { return passoCorr_; }
     int passoTot() const { return passoTot_; }
-    // Step i as stored: "" for index 0 and for an index beyond the last.
+    // Step i as stored: for index 0 the opened document, if any, and "" beyond the last.
     QString passo(int i) const;
     // Bytes held by the stored steps.
     std::size_t memoryBytes() const;
@@ -76,6 +79,8 @@ private:
     int passoCorr_ = 0;
     int passoTot_ = 0;
     bool annullaOff_ = false;
+    // Step 0: the document as opened; empty for a new document.
+    QString opened_;
 };
 
 }  // namespace tornelia

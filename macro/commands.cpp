@@ -5,6 +5,7 @@
 
 #include "core/codepage.h"
 #include "core/document.h"
+#include "core/go_on.h"
 #include "core/ports.h"
 #include "core/procedures.h"
 #include "core/rich_text_surface.h"
@@ -42,7 +43,8 @@ MacroValue c::RunFun(const QString& name, const QString& argument, const QString
         } catch (const std::out_of_range&) {
             host_.messages.mostraMsg(QStringLiteral("Macro"),
                                      QStringLiteral("Argomento non opzionale nella procedura: ") + name, 0, 3);
-        } catch (const std::exception&) {
+        } catch (const std::runtime_error& e) {
+            qCWarning(lcSkipped, "Macro %s: passo saltato: %s", qPrintable(name), e.what());
         }
         return false;
     };
@@ -82,6 +84,9 @@ MacroValue c::RunFun(const QString& name, const QString& argument, const QString
         SetVar(argumentText, answer);
     } else if (cmd == QLatin1String("type")) {
         testo.SetFocus();
+        // What a macro types is one change, as a typed word is: undo takes it back.
+        if (host_.undo)
+            attempt([&] { host_.undo->unDO(); });
         attempt([&] { testo.setSelText(argument); });
     } else if (cmd == QLatin1String("sst")) {
         testo.SetFocus();
@@ -211,15 +216,11 @@ void c::insertFile(const QString& path)
     RichTextSurface& r = hiddenSurface();
     const QString kind = path.right(3).toLower();
     const bool rich = kind == QLatin1String("rtf") || kind == QLatin1String("tnl");
-    try {
+    goOnAt<SurfaceError>("Macro ins", [&] {
         r.LoadFile(path, rich ? RichTextSurface::RtfKind : RichTextSurface::TextKind);
-    } catch (const std::exception&) {
-    }
+    });
     // Only the plain text reaches the document, whatever the file held.
-    try {
-        host_.testo.setSelText(r.Text());
-    } catch (const std::exception&) {
-    }
+    goOnAt<SurfaceError>("Macro ins", [&] { host_.testo.setSelText(r.Text()); });
 }
 
 }  // namespace tornelia

@@ -1,5 +1,6 @@
 #include "macro/interpreter.h"
 
+#include "core/go_on.h"
 #include "core/rich_text_surface.h"
 
 #include <cmath>
@@ -41,15 +42,12 @@ qsizetype inStr(qsizetype start, const QString& s, QChar ch)
 }
 
 // Runs one step; a failure skips it and the caller goes on with the next.
+// The macro's own errors and those of the document are runtime errors;
+// running out of memory is not a failed step and ends the run.
 template <typename F>
 bool step(F&& f)
 {
-    try {
-        f();
-        return true;
-    } catch (const std::exception&) {
-        return false;
-    }
+    return goOnAt("Macro", f);
 }
 
 bool isOperator(QChar ch)
@@ -70,6 +68,11 @@ c::~c() = default;
 
 bool c::IsFun(const QString& name)
 {
+    return commandNames().contains(name);
+}
+
+const QStringList& c::commandNames()
+{
     static const QStringList words = {
         QStringLiteral("msgbox"), QStringLiteral("seltxt"), QStringLiteral("clear"),  QStringLiteral("type"),
         QStringLiteral("sst"),    QStringLiteral("sel"),    QStringLiteral("new"),    QStringLiteral("open"),
@@ -82,7 +85,7 @@ bool c::IsFun(const QString& name)
         QStringLiteral("mail"),   QStringLiteral("ins"),    QStringLiteral("tast"),   QStringLiteral("acapo"),
         QStringLiteral("asc"),    QStringLiteral("chr"),
     };
-    return words.contains(name);
+    return words;
 }
 
 void c::tick()
@@ -106,7 +109,8 @@ void c::ScriptExecute()
         for (qsizetype i = 0; i < lines.size(); ++i)
             runLine(lines.at(i), std::int16_t(i));
     } catch (const MacroRunAborted&) {
-    } catch (const std::exception&) {
+    } catch (const std::runtime_error& e) {
+        qCWarning(lcSkipped, "Macro: esecuzione interrotta: %s", e.what());
     }
     // Nothing survives a run.
     while (!varNames_.isEmpty()) {

@@ -56,6 +56,8 @@ public:
 
     // The 38 command words an assignment may start with.
     static bool IsFun(const QString& name);
+    // Every command of the language, in lower case.
+    static const QStringList& commandNames();
 
     // Fires for every non-empty line, before anything of it runs; the
     // arguments are the run's own, so a listener may rewrite them.

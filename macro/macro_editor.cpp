@@ -240,7 +240,10 @@ bool MacroEditor::saveTo(const QString& path)
     try {
         t_.SaveFile(path, RichTextSurface::TextKind);
         return true;
-    } catch (const std::exception&) {
+    } catch (const SurfaceError& e) {
+        host_.messages.mostraMsg(QStringLiteral("Salva macro"),
+                                 QStringLiteral("Impossibile salvare il file %1: %2").arg(path, QString::fromUtf8(e.what())),
+                                 0, 3);
         return false;
     }
 }
@@ -249,7 +252,10 @@ bool MacroEditor::load(const QString& path)
 {
     try {
         t_.LoadFile(path, RichTextSurface::TextKind);
-    } catch (const std::exception&) {
+    } catch (const SurfaceError& e) {
+        host_.messages.mostraMsg(QStringLiteral("Apri macro"),
+                                 QStringLiteral("Impossibile leggere il file %1: %2").arg(path, QString::fromUtf8(e.what())),
+                                 0, 3);
         return false;
     }
     return true;

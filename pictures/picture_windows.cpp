@@ -151,6 +151,9 @@ void pastePicture(RichTextSurface& testo, UndoStore& undo, const QByteArray& rtf
     if (rtfGroup.isEmpty())
         return;
     undo.unDO();
+    // The picture takes the font of the text where it goes, so that what is
+    // typed after it goes on in that font.
+    const QTextCharFormat around = textFormatAt(testo.cursor());
     ClipboardGuard guard;
     guard.saveClipboard();
     // The picture goes on the clipboard both as rich text (its group, which
@@ -161,6 +164,12 @@ void pastePicture(RichTextSurface& testo, UndoStore& undo, const QByteArray& rtf
         mime->setImageData(image);
     QGuiApplication::clipboard()->setMimeData(mime);
     testo.Paste();
+    QTextCursor picture = testo.cursor();
+    const int end = picture.position();
+    picture.setPosition(std::max(0, end - 1));
+    picture.setPosition(end, QTextCursor::KeepAnchor);
+    if (picture.charFormat().isImageFormat())
+        picture.mergeCharFormat(around);
     undo.unDO();
     guard.restoreClipboard();
 }
@@ -292,7 +301,10 @@ FrmIm::FrmIm(RichTextSurface& testo, UndoStore& undo, DialogPort& dialogs, QWidg
     auto* preview = new QPushButton(QStringLiteral("&Anteprima"), this);
     auto* insert = new QPushButton(QStringLiteral("&Inserisci"), this);
     auto* close = new QPushButton(QStringLiteral("&Chiudi"), this);
-    insert->setDefault(true);
+    // Return in the path box shows the preview; inserting is a choice of
+    // its own.
+    for (QPushButton* b : {u1, preview, insert, close})
+        b->setAutoDefault(false);
     buttons->addStretch();
     buttons->addWidget(preview);
     buttons->addWidget(insert);
@@ -370,22 +382,16 @@ void FrmIm::command3()
         pastePicture(testo_, undo_, pictureGroupForFile(path), QImage(path));
         return;
     }
-    // A link: the document shows the file's picture, and writes a field
-    // that names the file with no picture of its own, so that other
-    // programs load the file itself when they open the document.
+    // A link: the document names the file in an INCLUDEPICTURE field, so
+    // that other programs load the file itself; the copy of the picture is
+    // the field's result, for the readers that do not follow links and for
+    // the day the file is gone.
     const QByteArray group = pictureGroupForFile(path);
     if (group.isEmpty())
         return;
-    pastePicture(testo_, undo_, group, QImage(path));
-    const QByteArray url = QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()).toEncoded();
-    QTextCursor c(testo_.document());
-    c.setPosition(testo_.cursor().position() - 1);
-    c.setPosition(testo_.cursor().position(), QTextCursor::KeepAnchor);
-    QTextCharFormat f = c.charFormat();
-    if (!f.isImageFormat())
-        return;
-    f.setProperty(prop::RawGroup, QByteArray("{\\field{\\*\\fldinst INCLUDEPICTURE \"" + url + "\" \\\\d}{\\fldrslt }}"));
-    c.setCharFormat(f);
+    const QString url = QString::fromLatin1(QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()).toEncoded());
+    pastePicture(testo_, undo_, linkedPictureField(QStringLiteral("INCLUDEPICTURE \"%1\" \\d").arg(url), group),
+                 QImage(path));
 }
 
 // --- frmImProp ----------------------------------------------------------

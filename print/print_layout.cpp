@@ -194,7 +194,10 @@ int PrintLayout::renderPage(QPainter& painter, int page) const
     QAbstractTextDocumentLayout::PaintContext ctx;
     ctx.clip = clip;
     ctx.palette.setColor(QPalette::Text, Qt::black);
+    painter.save();
+    FormatPainter::keepOutListMarkers(&painter, doc_.get(), onLayout);
     docLayout->draw(&painter, ctx);
+    painter.restore();
     FormatPainter::paintOverlay(&painter, doc_.get(), onLayout);
     painter.restore();
     return firstChar(page + 1);

@@ -20,16 +20,13 @@ void ClsRTFFontLooks::ApplyColours(const std::vector<Colour>& colours, bool toTe
 {
     if (!surface())
         return;
+    // Busy until the stream is back, and no longer once it failed.
+    struct Busy {
+        ClsRTFFontLooks* self;
+        ~Busy() { self->BusyState(false); }
+    } busy{this};
     BusyState(true);
-    QString coloured;
-    try {
-        coloured = ColourStream(RtfFetch(false), colours, toText, shuffle, [this] { return Rnd(); });
-    } catch (...) {
-        BusyState(false);
-        throw;
-    }
-    RtfStore(coloured);
-    BusyState(false);
+    RtfStore(ColourStream(RtfFetch(false), colours, toText, shuffle, [this] { return Rnd(); }));
 }
 
 void ClsRTFFontLooks::RTFHighlightHard(Colour colour)

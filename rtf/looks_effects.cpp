@@ -262,16 +262,13 @@ void ClsRTFFontLooks::ApplyMasks(const QStringList& masks)
 {
     if (!surface())
         return;
+    // Busy until the stream is back, and no longer once it failed.
+    struct Busy {
+        ClsRTFFontLooks* self;
+        ~Busy() { self->BusyState(false); }
+    } busy{this};
     BusyState(true);
-    QString masked;
-    try {
-        masked = MaskStream(RtfFetch(false), masks);
-    } catch (...) {
-        BusyState(false);
-        throw;
-    }
-    RtfStore(masked);
-    BusyState(false);
+    RtfStore(MaskStream(RtfFetch(false), masks));
 }
 
 int ClsRTFFontLooks::FirstFontSize()

@@ -11,8 +11,21 @@ for tool in xvfb-run xdotool import; do
     command -v "$tool" > /dev/null || { echo "FAIL: $tool is missing"; exit 1; }
 done
 
+# No key repeat on the virtual display: on a busy machine xdotool may be
+# held up between a key's press and its release, long enough for the server
+# to repeat the key, and a script would type what it never asked for.
+# Two xvfb-run -a started at the same moment on one machine may pick the
+# same display number; the loser's program then cannot connect. Such a run
+# proves nothing, so it is tried again on another display.
 if [ -z "${TORNELIA_E2E_DISPLAY:-}" ]; then
-    exec xvfb-run -a -s "-screen 0 1400x900x24" env TORNELIA_E2E_DISPLAY=1 bash "$self" "${bin:-${1:-}}"
+    for attempt in 1 2 3; do
+        out=$(xvfb-run -a -s "-screen 0 1400x900x24 -r" env TORNELIA_E2E_DISPLAY=1 bash "$self" "${bin:-${1:-}}" 2>&1)
+        rc=$?
+        grep -qE "could not connect to display|Xvfb failed to start" <<<"$out" || break
+        sleep $attempt
+    done
+    printf '%s\n' "$out"
+    exit $rc
 fi
 
 shot=${TORNELIA_E2E_SHOT:-/tmp/tornelia-$(basename "$self" .sh).png}

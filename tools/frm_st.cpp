@@ -216,22 +216,28 @@ void StyleService::tableChanged()
     }
 }
 
-void StyleService::bindCombo(QComboBox* cbSti)
+void StyleService::bindCombo(QComboBox* cbSti, bool followPicks)
 {
     combos_.append(cbSti);
     tableChanged();
-    connect(cbSti, &QComboBox::activated, this, [this, cbSti, shown = cbSti->currentText()](int index) mutable {
-        const QString text = cbSti->itemText(index);
-        if (!text.isEmpty())
-            store_.appliC(text, true);
-        testo_.SetFocus();
-        // The combo offers styles; it does not show the current one.
-        const QSignalBlocker block(cbSti);
-        if (cbSti->isEditable())
-            cbSti->setEditText(shown);
-        else
-            cbSti->setCurrentIndex(std::max(0, int(cbSti->findText(shown))));
-    });
+    shown_.insert(cbSti, cbSti->currentText());
+    if (followPicks)
+        connect(cbSti, &QComboBox::activated, this, [this, cbSti](int index) { comboPicked(cbSti, index); });
+}
+
+void StyleService::comboPicked(QComboBox* cbSti, int index)
+{
+    const QString text = cbSti->itemText(index);
+    if (!text.isEmpty())
+        store_.appliC(text, true);
+    testo_.SetFocus();
+    // The combo offers styles; it does not show the current one.
+    const QString shown = shown_.value(cbSti);
+    const QSignalBlocker block(cbSti);
+    if (cbSti->isEditable())
+        cbSti->setEditText(shown);
+    else
+        cbSti->setCurrentIndex(std::max(0, int(cbSti->findText(shown))));
 }
 
 }  // namespace tornelia

@@ -7,6 +7,7 @@
 #include "tools/styles.h"
 
 #include <QDialog>
+#include <QHash>
 #include <QObject>
 #include <QPointer>
 
@@ -63,8 +64,12 @@ public:
     // Shows "Stili" over owner, making it on first use.
     FrmSt* show(QWidget* owner);
     // Fills the main window's combo with the style names, keeps it filled as
-    // the table changes, and applies the style picked from it.
-    void bindCombo(QComboBox* cbSti);
+    // the table changes, and, with followPicks, applies the style picked from
+    // it; otherwise its owner calls comboPicked.
+    void bindCombo(QComboBox* cbSti, bool followPicks = true);
+    // Applies the style at index of the combo; the combo goes on offering
+    // the styles, showing what it showed before.
+    void comboPicked(QComboBox* cbSti, int index);
 
 private:
     StyleService(RichTextSurface& testo, SettingsStore& settings, MessagePort& messages, DialogPort& dialogs,
@@ -75,6 +80,8 @@ private:
     StyleStore store_;
     QPointer<FrmSt> window_;
     QList<QPointer<QComboBox>> combos_;
+    // What each combo showed when it was bound, which it shows again after a pick.
+    QHash<const QComboBox*, QString> shown_;
 };
 
 }  // namespace tornelia

@@ -149,6 +149,27 @@ TEST_F(CommandLineTest, MacroCopiesCutsAndPastesWithTheirFormats)
     }
 }
 
+// Undo in a macro reaches back to the file as it was opened: typing is one
+// change, and the first change made to an opened file can be taken back.
+TEST_F(CommandLineTest, MacroUndoesBackToTheOpenedFile)
+{
+    write("doc.rtf", "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fswiss Tahoma;}}\\f0\\fs20 \\b Ciao\\b0  a tutti\\par}");
+    write("doc.txt", "uno due");
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        {"doc.rtf", "sst(0)\ntype(\"Oh \")\nundo()\n", "[Ciao:b][ a tutti]"},
+        {"doc.rtf", "sst(0)\ntype(\"Oh \")\nundo()\nredo()\n", "[Oh Ciao:b][ a tutti]"},
+        // Two changes, two undos: back to the file; one more does nothing.
+        {"doc.rtf", "sst(4)\ntype(\"!\")\nsst(0)\nsel(4)\ncut()\nundo(3)\n", "[Ciao:b][ a tutti]"},
+        {"doc.rtf", "sst(4)\ntype(\"!\")\nsst(0)\nsel(4)\ncut()\nundo(2)\nredo()\n", "[Ciao!:b][ a tutti]"},
+        {"doc.txt", "sst(3)\ntype(\" e\")\nundo()\n", "[uno due]"},
+    };
+    for (const auto& [file, macro, runs] : cases) {
+        write("m.mac", macro);
+        EXPECT_EQ(run({"--run-macro", "m.mac", file, "-o", "out.rtf"}), (Result{0, "", ""})) << macro;
+        EXPECT_EQ(runsOf(run({"--dump-runs", "out.rtf"})), runs) << macro;
+    }
+}
+
 // A file that is missing or cannot be written ends with one line and code
 // 1; a wrong command line with what is wrong, the usage and code 2.
 TEST_F(CommandLineTest, FaultsEndWithOneLineAndACode)

@@ -2,11 +2,17 @@
 // row must leave a mark the person could see (a window, a change of the
 // text or the selection, a question, a program or address handed on, a
 // change of the view), and each row waiting for its feature must be greyed.
+// Menu entries and buttons are triggered, a combo gets a pick, a key is
+// pressed on the text. The table's keys and macro names are held against
+// the typing handlers and the macro language.
 #include "app/command_table.h"
 #include "app/main_layout.h"
+#include "controls/cmb.h"
+#include "controls/editor_view.h"
 #include "controls/form_tast.h"
 #include "core/autosave.h"
 #include "core/undo_store.h"
+#include "macro/interpreter.h"
 #include "services/doc_services.h"
 #include "test_ports.h"
 
@@ -39,7 +45,9 @@ struct Mark {
     qsizetype colourAsked = 0;
     QString caption;
     QStringList shown;  // visible top-level widgets and open popups
-    QString view;       // toolbars, ruler, page view, zoom, keyboard, autosave, undo switch
+    // Toolbars, ruler, page view, the view's scale and the zoom level shown,
+    // keyboard, autosave, undo switch.
+    QString view;
     bool operator==(const Mark&) const = default;
 };
 
@@ -51,7 +59,8 @@ QString clipboardText()
     return m->text() + u'|' + QString::fromLatin1(m->data(QStringLiteral("text/rtf")));
 }
 
-Mark markOf(testing::TestContext& t, MainWindow& w)
+// The zoom combo's text counts, except when the walk itself picks in it.
+Mark markOf(testing::TestContext& t, MainWindow& w, bool zoomText = true)
 {
     Mark m;
     RichTextSurface& testo = t.context->testo();
@@ -74,7 +83,8 @@ Mark markOf(testing::TestContext& t, MainWindow& w)
     m.shown.sort();
     m.view = QStringList{QString::number(w.toolbar(0)->isVisible()), QString::number(w.toolbar(1)->isVisible()),
                          QString::number(w.layout().rulerWanted()), QString::number(w.layout().vistaPagina()),
-                         w.cbZoom()->currentText(), QString::number(w.keyboard()->isVisible()),
+                         QString::number(w.editor()->zoomFactor()), zoomText ? w.cbZoom()->currentText() : QString(),
+                         QString::number(w.keyboard()->isVisible()),
                          QString::number(w.autosave().attivo()), QString::number(t.context->undo().annullaOff())}
                  .join(u',');
     return m;
@@ -115,6 +125,12 @@ const std::map<QString, std::function<void(MainWindow&, RichTextSurface&)>>& pre
         {"mnuClipNascondi", [](MainWindow& w, RichTextSurface&) { w.appunti(); }},
         {"mnuRighello", [](MainWindow& w, RichTextSurface&) { w.setViewKind(true); }},
         {"mnuMostraNascosto", [](MainWindow& w, RichTextSurface&) { w.SelVisible(); }},
+        {"keyEnterPictureBullet",
+         [](MainWindow& w, RichTextSurface&) {
+             QImage bullet(8, 8, QImage::Format_RGB32);
+             bullet.fill(Qt::red);
+             w.setBulletPicture(bullet);
+         }},
     };
     return steps;
 }
@@ -138,12 +154,9 @@ struct Row {
 QList<Row> commandRows()
 {
     QList<Row> rows;
-    for (const CommandRow& r : commandTable()) {
-        if (r.kind != RowKind::Command)
-            continue;
-        const QString id = r.button >= 0 ? toolButtonName(r.parent[1] - '0', r.button) : QString::fromLatin1(r.id);
-        rows.append({id, &r});
-    }
+    for (const CommandRow& r : commandTable())
+        if (r.kind == RowKind::Command || r.kind == RowKind::Combo || r.kind == RowKind::Key)
+            rows.append({rowName(r), &r});
     return rows;
 }
 
@@ -152,6 +165,37 @@ QAction* findAction(MainWindow& w, const Row& r)
     if (r.row->button >= 0)
         return w.toolButton(r.row->parent[1] - '0', r.row->button);
     return w.action(r.id);
+}
+
+// What the person does with a row: a click, a pick in a combo of another
+// item than the one shown, a key pressed on the text.
+void use(MainWindow& w, const Row& r, QAction* a)
+{
+    if (r.row->kind == RowKind::Key) {
+        const QKeyCombination k = r.row->shortcut;
+        const QString text = k.key() == Qt::Key_Tab ? QStringLiteral("\t")
+                             : k.key() == Qt::Key_Return ? QStringLiteral("\r")
+                                                         : QString();
+        testing::key(w.editor(), k.key(), k.keyboardModifiers(), text);
+        return;
+    }
+    if (r.row->kind == RowKind::Combo) {
+        auto* box = w.findChild<QComboBox*>(QString::fromLatin1(r.row->id));
+        if (!box || box->count() == 0)
+            return;
+        // Near the end of the list: a large size, a zoom that scales the
+        // view, a colour other than the automatic one.
+        int i = std::max(0, box->count() - 2);
+        if (i == box->currentIndex() || box->itemText(i) == box->currentText())
+            i = (i + 1) % box->count();
+        box->setCurrentIndex(i);
+        if (auto* font = qobject_cast<FontCmb*>(box))
+            emit font->click();
+        else
+            emit box->activated(i);
+        return;
+    }
+    a->trigger();
 }
 
 // The outcome of one row on a fresh window: "greyed", "effect" or what it left unchanged.
@@ -164,10 +208,15 @@ QString walk(const Row& r)
     w.show();
     QApplication::processEvents();
 
-    QAction* a = findAction(w, r);
-    if (!a)
+    const bool isKey = r.row->kind == RowKind::Key;
+    if (isKey) {
+        w.activateWindow();
+        w.editor()->setFocus();
+    }
+    QAction* a = isKey ? nullptr : findAction(w, r);
+    if (!a && !isKey)
         return QStringLiteral("missing");
-    if (!r.row->need.metBy(w.registry()))
+    if (!isKey && !r.row->need.metBy(w.registry()))
         return !a->isEnabled() && a->toolTip() == kNotYetAvailable ? QStringLiteral("greyed")
                                                                     : QStringLiteral("enabled while waiting");
 
@@ -194,14 +243,15 @@ QString walk(const Row& r)
         it->second(w, testo);
     w.CmeN();
     QApplication::processEvents();
-    if (!a->isEnabled())
+    if (a && !a->isEnabled())
         return QStringLiteral("disabled");
 
-    const Mark before = markOf(t, w);
+    const bool zoomText = r.row->kind != RowKind::Combo || qstrcmp(r.row->id, "cbZoom") != 0;
+    const Mark before = markOf(t, w, zoomText);
     ModalCloser closer;
-    a->trigger();
+    use(w, r, a);
     QApplication::processEvents();
-    const Mark after = markOf(t, w);
+    const Mark after = markOf(t, w, zoomText);
     // The windows a command left open go before the main window does.
     for (QWidget* top : QApplication::topLevelWidgets())
         if (top != &w && top->isVisible())
@@ -222,6 +272,9 @@ TEST(CommandWalkTest, EveryRowShowsAnEffectOrIsGreyed)
         testing::TestContext probe;
         MainWindow reference(*probe.context);
         const bool registered = r.row->need.metBy(reference.registry());
+        // A key cannot be greyed: while its feature waits, it is not walked.
+        if (!registered && r.row->kind == RowKind::Key)
+            continue;
         const QString outcome = walk(r);
         const QString expected = !registered ? QStringLiteral("greyed") : QStringLiteral("effect");
         if (registered && mayDoNothing(reference, r.id))
@@ -238,6 +291,41 @@ TEST(CommandWalkTest, EveryRowShowsAnEffectOrIsGreyed)
     }
     EXPECT_EQ(wrong, QStringList{});
     EXPECT_GT(run, 100);
+}
+
+// The keys of the table are the keys the typing handlers take, no more and
+// no fewer, each once.
+TEST(CommandTableTest, KeyRowsAreTheKeysTheTypingHandlersTake)
+{
+    QList<QPair<int, int>> rows;
+    for (const CommandRow& r : commandTable()) {
+        if (r.kind != RowKind::Key)
+            continue;
+        const Qt::KeyboardModifiers mods = r.shortcut.keyboardModifiers();
+        rows.append({EditorView::virtualKey(r.shortcut.key(), mods), mods ? EditorView::shiftState(mods) : -1});
+    }
+    QList<QPair<int, int>> taken;
+    for (const TakenKey& k : keysTaken())
+        taken.append({k.code, k.shift});
+    EXPECT_EQ(rows, taken);
+}
+
+// Every command of the macro language is a row of the table or one of the
+// language's own statements on the text; a row names a command the language
+// has, and no two rows name the same one.
+TEST(CommandTableTest, MacroNamesAreTheLanguagesCommands)
+{
+    QStringList named;
+    for (const CommandRow& r : commandTable())
+        if (*r.macro)
+            named << QString::fromLatin1(r.macro);
+    const QStringList statements = {"msgbox", "seltxt", "clear", "type", "sst", "sel", "acapo", "asc", "chr"};
+    QStringList all = named + statements;
+    all.sort();
+    QStringList language = c::commandNames();
+    language.sort();
+    EXPECT_EQ(all, language);
+    EXPECT_EQ(QSet<QString>(named.begin(), named.end()).size(), named.size());
 }
 
 }  // namespace

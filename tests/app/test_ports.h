@@ -53,7 +53,7 @@ inline void key(QWidget* w, int k, Qt::KeyboardModifiers mods = Qt::NoModifier, 
 inline void typeKeys(QWidget* w, const QString& text)
 {
     for (const QChar c : text) {
-        const int k = c == '\r' ? Qt::Key_Return : c == '\t' ? Qt::Key_Tab : c.toUpper().unicode();
+        const int k = c == '\r' ? int(Qt::Key_Return) : c == '\t' ? int(Qt::Key_Tab) : int(c.toUpper().unicode());
         key(w, k, c.isUpper() ? Qt::ShiftModifier : Qt::NoModifier, QString(c));
     }
 }

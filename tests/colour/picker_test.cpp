@@ -114,8 +114,9 @@ TEST(PickerState, FieldAndSliderPositionsGiveTheColourTheFieldShows)
             q.pickField(at);
             worst = std::max({worst, std::abs(q.blue() - field[i]), std::abs(q.green() - field[i + 1]),
                               std::abs(q.red() - field[i + 2])});
-            if (at.y() < 255 && (mode != FieldMode::Hue || at.y() > 0 || at.x() > 0))
+            if (at.y() < 255 && (mode != FieldMode::Hue || at.y() > 0 || at.x() > 0)) {
                 EXPECT_LE((q.fieldPosition() - at).manhattanLength(), 2) << int(mode) << ' ' << at.x() << ',' << at.y();
+            }
         }
         EXPECT_LE(worst, 1) << int(mode);
     }

@@ -411,3 +411,31 @@ TEST_F(DocumentTest, WhatCannotBeReadIsToldAndNotRemembered)
 
 }  // namespace
 }  // namespace tornelia
+
+// A document too large to keep a copy of its RTF still tells a change of
+// format that leaves the length as it was; a small one typed and deleted
+// back is as it was saved.
+TEST_F(DocumentTest, ChangesCountOnLargeAndSmallDocuments)
+{
+    const QString big = put("grande.txt", QByteArray(300000, 'a'));
+    openClean(big);
+    std::vector<bool> changed{doc.fileCambiato()};
+    testo.setSelStart(10);
+    testo.setSelLength(3);
+    testo.setSelBold(true);
+    changed.push_back(doc.fileCambiato());
+
+    openClean(put("piccolo.txt", "poche parole"));
+    changed.push_back(doc.fileCambiato());
+    typeAtEnd("x");
+    changed.push_back(doc.fileCambiato());
+    testo.setSelStart(testo.length() - 1);
+    testo.setSelLength(1);
+    testo.setSelText("");
+    changed.push_back(doc.fileCambiato());
+    testo.setSelStart(0);
+    testo.setSelLength(5);
+    testo.setSelItalic(true);
+    changed.push_back(doc.fileCambiato());
+    EXPECT_EQ(changed, (std::vector<bool>{false, true, false, true, false, true}));
+}

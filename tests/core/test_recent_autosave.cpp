@@ -265,7 +265,7 @@ TEST_F(AutoSaveTest, ExitSaveNamesAndConditions)
 
     // Off unless the key is exactly 1; and never for an empty document.
     testo.setText("da salvare");
-    for (const QString& value : {"", "0", "True"}) {
+    for (const QString value : {"", "0", "True"}) {
         settings.scriviReg(kApp, "Salva", "1", value);
         EXPECT_EQ(save.salvaUscita(at), "") << value.toStdString();
     }

@@ -140,6 +140,25 @@ TEST(RtfSamples, ListsShowTheirLabelsOnScreenInTextAndWhenWrittenBack)
     EXPECT_TRUE(l.rtf.contains(QLatin1String("{\\pntext\\f0 b)\\tab}Sub b\\par"))) << l.rtf.toStdString();
 }
 
+// Word's levels number from their start value and stand at the level's
+// indent when the paragraph gives none; \pn lists start where \pnstart says.
+TEST(RtfSamples, ListLevelsKeepTheirStartAndIndent)
+{
+    const Loaded l = load("lists_on_screen.rtf");
+    EXPECT_EQ(str(l.runs), str({"¶ [7.] li=720",  "Seven|Arial,12", "¶ [b)] li=1440", "Sub b|Arial,12",
+                                "¶ [i.] li=2160", "Deep i|Arial,12", "¶ [8.] li=720",  "Eight|Arial,12",
+                                "¶ [•] li=720",   "Dot|Arial,12",    "¶ [o] li=1440",  "Circle|Arial,12",
+                                "¶ [▪] li=2160",  "Square|Arial,12", "¶ [V.] li=720",  "Five|Arial,12",
+                                "¶ [VI.] li=720", "Six|Arial,12"}));
+    EXPECT_EQ(exportedText("lists_on_screen.rtf").toStdString(),
+              "7.\tSeven\r\nb)\tSub b\r\ni.\tDeep i\r\n8.\tEight\r\n•\tDot\r\no\tCircle\r\n▪\tSquare\r\n"
+              "V.\tFive\r\nVI.\tSix");
+    EXPECT_TRUE(l.rtf.contains(QLatin1String(
+        "{\\pntext\\f0 7.\\tab}{\\*\\pn\\pnlvlbody\\pnf0\\pnindent0\\pnstart7\\pndec{\\pntxta .}}\\fi-360\\li720\\f0\\fs24 Seven")))
+        << l.rtf.toStdString();
+    EXPECT_TRUE(l.rtf.contains(QLatin1String("{\\pntext\\f0 VI.\\tab}Six\\par"))) << l.rtf.toStdString();
+}
+
 TEST(RtfSamples, SymbolFontKeepsItsBytesButReadsAsUnicode)
 {
     const Loaded l = load("symbol_font.rtf");
@@ -178,19 +197,39 @@ TEST(RtfSamples, SuperSubSmallCapsAndDoubleStrikeAreKeptAndWritten)
                                 "raised|Arial,12,offset_half_points=6", " |Arial,12", "lowered|Arial,12,offset_half_points=-4",
                                 " |Arial,12", "Small Caps|Arial,12,small_caps=true", " |Arial,12",
                                 "twice|Arial,12,double_strike=true,strike=true", " |Arial,12", "once|Arial,12,strike=true"}));
-    // \super and \sub go back as the offsets the string engine reads.
-    for (const char* w : {"\\dn6 2", "\\up6 2", "\\up6 raised", "\\dn4 lowered", "\\scaps Small", "\\striked1 twice"})
-        EXPECT_TRUE(l.rtf.contains(QLatin1String(w))) << w << "\n" << l.rtf.toStdString();
-    // Only \super and \sub shrink; \up and \dn raise and lower at full size.
+    // \super and \sub go back as themselves, so that the shrink survives a
+    // reload; \up and \dn stay offsets at full size.
+    EXPECT_TRUE(l.rtf.contains(QLatin1String(
+        "\\pard\\f0\\fs24 H\\sub 2\\nosupersub O x\\super 2\\nosupersub  \\up6 raised\\up0  \\dn4 lowered\\up0  "
+        "\\scaps Small Caps\\scaps0  \\striked1 twice\\striked0  \\strike once\\par\r\n")))
+        << l.rtf.toStdString();
+    // Only \super and \sub shrink, after a reload too.
+    auto shownOffsets = [](const RichTextSurface& s) {
+        QStringList shown;
+        for (auto it = s.document()->begin().begin(); !it.atEnd(); ++it) {
+            const QTextCharFormat f = it.fragment().charFormat();
+            if (f.verticalAlignment() != QTextCharFormat::AlignNormal || f.baselineOffset() != 0)
+                shown << QStringLiteral("%1:%2:%3").arg(it.fragment().text()).arg(int(f.verticalAlignment())).arg(f.baselineOffset());
+        }
+        return str(shown);
+    };
     RichTextSurface s;
     s.setFileName(sample("character_formats.rtf"));
-    QStringList shown;
-    for (auto it = s.document()->begin().begin(); !it.atEnd(); ++it) {
-        const QTextCharFormat f = it.fragment().charFormat();
-        if (f.verticalAlignment() != QTextCharFormat::AlignNormal || f.baselineOffset() != 0)
-            shown << QStringLiteral("%1:%2:%3").arg(it.fragment().text()).arg(int(f.verticalAlignment())).arg(f.baselineOffset());
-    }
-    EXPECT_EQ(str(shown), str({"2:2:0", "2:1:0", "raised:0:25", "lowered:0:-16.6667"}));
+    const std::string expected = str({"2:2:0", "2:1:0", "raised:0:25", "lowered:0:-16.6667"});
+    EXPECT_EQ(shownOffsets(s), expected);
+    RichTextSurface back;
+    back.setTextRTF(s.TextRTF());
+    EXPECT_EQ(shownOffsets(back), expected);
+    EXPECT_TRUE(test::wholeRoundTripHolds(s));
+
+    // Moving between the shrunk and the full-size offsets.
+    RichTextSurface mixed;
+    mixed.setTextRTF(QStringLiteral("{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0\\fs24 a\\super b\\sub c\\up4 d\\super e\\up0 f"
+                                    "\\dn2 g\\sub h\\nosupersub i\\par}"));
+    EXPECT_TRUE(mixed.TextRTF().contains(QLatin1String(
+        "a\\super b\\sub c\\nosupersub\\up4 d\\super e\\nosupersub f\\dn2 g\\sub h\\nosupersub i\\par")))
+        << mixed.TextRTF().toStdString();
+    EXPECT_TRUE(test::wholeRoundTripHolds(mixed));
 }
 
 // Going from a double to a single strike, the writer must end the double

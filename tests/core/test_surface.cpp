@@ -229,8 +229,9 @@ TEST(Surface, LineMetricsFollowTheLayout)
         const long start = s.LineIndex(line);
         EXPECT_EQ(s.LineFromChar(start), line);
         total += s.LineLength(start);
-        if (line + 1 < lines - 1)
+        if (line + 1 < lines - 1) {
             EXPECT_EQ(s.LineIndex(line + 1), start + s.LineLength(start));
+        }
     }
     EXPECT_EQ(total, s.length() - 2);  // every character once, the break apart
     EXPECT_EQ(s.LineFromChar(s.length()), lines - 1);
@@ -565,4 +566,50 @@ TEST(Surface, TextAfterEditsThatTheDocumentReshapes)
     fresh.setTextRTF(s.TextRTF());
     EXPECT_EQ(str(s.Text()), str(fresh.Text()));
     EXPECT_EQ(s.length(), s.Text().size());
+}
+
+// A large document read whole is built with the layout off and laid out
+// afterwards; it must end up laid out exactly as the same text typed in,
+// with the caret at the top, and read back the same.
+TEST(Surface, ALargeDocumentReadWholeLaysOutAsOneTypedIn)
+{
+    std::mt19937 rng(11);
+    QString text;
+    while (text.size() < 320000) {
+        const int words = std::uniform_int_distribution<int>(0, 90)(rng);
+        for (int w = 0; w < words; ++w)
+            text += QStringLiteral("parola ").left(std::uniform_int_distribution<int>(1, 7)(rng));
+        text += QStringLiteral("\r\n");
+    }
+    text += QStringLiteral("ultimo");
+
+    RichTextSurface typed;
+    typed.setTextWidth(240);
+    typed.typeText(text);
+    RichTextSurface read;
+    read.setTextWidth(240);
+    read.setSelStart(0);
+    read.setText(text);
+
+    auto lines = [](const RichTextSurface& s) {
+        std::vector<long> starts;
+        const long n = s.GetLineCount();
+        for (long i = 0; i < n; i += 97)
+            starts.push_back(s.LineIndex(i));
+        starts.push_back(n);
+        starts.push_back(s.LineFromChar(s.length()));
+        return starts;
+    };
+    EXPECT_EQ(read.SelStart(), 0);
+    EXPECT_EQ(lines(read), lines(typed));
+    EXPECT_EQ(read.Text(), typed.Text());
+
+    // The same through RTF, with formats to carry.
+    typed.setSelStart(1000);
+    typed.setSelLength(5000);
+    typed.setSelBold(true);
+    read.setTextRTF(typed.TextRTF());
+    EXPECT_EQ(read.SelStart(), 0);
+    EXPECT_EQ(lines(read), lines(typed));
+    EXPECT_EQ(read.TextRTF(), typed.TextRTF());
 }

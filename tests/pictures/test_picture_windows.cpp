@@ -1,3 +1,4 @@
+#include "core/picture.h"
 #include "core/ports.h"
 #include "core/rich_text_surface.h"
 #include "core/undo_store.h"
@@ -15,6 +16,8 @@
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTextCursor>
+#include <QTextImageFormat>
 #include <QUrl>
 
 using namespace tornelia;
@@ -197,6 +200,10 @@ TEST(FrmImProp, ResizesToFiveByThreeCentimetresAndSurvivesSaving)
     EXPECT_EQ(reread.width, QStringLiteral("2835"));
     EXPECT_EQ(reread.height, QStringLiteral("1701"));
     EXPECT_EQ(selectedPicture(again).size(), QSize(120, 80));
+    QTextCursor shown(again.document());
+    shown.setPosition(again.cursor().selectionEnd());
+    const QTextImageFormat f = shown.charFormat().toImageFormat();
+    EXPECT_EQ(QSizeF(f.width(), f.height()), QSizeF(189, 113));  // 2835 x 1701 twips on the screen
 
     // Another word processor sees the same picture at the same size.
     const QString soffice = QStandardPaths::findExecutable(QStringLiteral("soffice"));
@@ -248,7 +255,7 @@ TEST(FrmPar, OffersTheShippedBullets)
     EXPECT_GE(shippedPictures(QStringLiteral("lines")).size(), 5);
 }
 
-TEST(FrmIm, InsertsALinkThatOtherProgramsFollow)
+TEST(FrmIm, ALinkedPictureKeepsItsLinkThroughSavingAndReopening)
 {
     QTemporaryDir dir;
     const QString png = dir.filePath(QStringLiteral("collegata.png"));
@@ -261,28 +268,123 @@ TEST(FrmIm, InsertsALinkThatOtherProgramsFollow)
     im.setAsLink(true);
     im.command3();
 
-    // The view shows the file; the document names it and keeps no copy.
-    selectPicture(d.testo);
-    EXPECT_EQ(selectedPicture(d.testo).size(), QSize(90, 30));
+    // The document names the file in a field whose result is a copy of the
+    // picture, for the readers that do not follow links.
+    const QByteArray url = QUrl::fromLocalFile(png).toEncoded();
+    const QByteArray field = "{\\field{\\*\\fldinst INCLUDEPICTURE \"" + url +
+                             "\" \\\\d}{\\fldrslt {\\nonshppict{\\pict\\pngblip\\picw90\\pich30\\picwgoal1350\\pichgoal450\r\n";
     const QString saved = dir.filePath(QStringLiteral("link.rtf"));
     d.testo.SaveFile(saved, RichTextSurface::RtfKind);
-    QFile f(saved);
-    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-    const QByteArray rtf = f.readAll();
-    EXPECT_TRUE(rtf.contains("{\\field{\\*\\fldinst INCLUDEPICTURE \"" + QUrl::fromLocalFile(png).toEncoded() +
-                             "\" \\\\d}{\\fldrslt }}"))
-        << rtf.toStdString();
-    EXPECT_FALSE(rtf.contains("\\pict"));
+    const auto bytes = [](const QString& path) {
+        QFile f(path);
+        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+    };
+    const QByteArray first = bytes(saved);
+    EXPECT_TRUE(first.contains("\\viewkind4\\uc1\\pard\\f0\\fs20 Vedi: " + field)) << first.toStdString();
+    EXPECT_EQ(first.count("\\pict"), 1);
 
+    // Reopened and saved again, the link is still there, byte for byte; the
+    // view shows the file as it is now, at the size the document gives it.
+    ASSERT_TRUE(stripes(40, 40).save(png));
+    RichTextSurface again;
+    again.LoadFile(saved, RichTextSurface::RtfKind);
+    EXPECT_EQ(again.Text(), QStringLiteral("Vedi: ") + QChar(QChar::ObjectReplacementCharacter));
+    selectPicture(again);
+    EXPECT_EQ(selectedPicture(again).size(), QSize(40, 40));
+    EXPECT_TRUE(isPictureSelected(again));
+    const QString resaved = dir.filePath(QStringLiteral("link2.rtf"));
+    again.SaveFile(resaved, RichTextSurface::RtfKind);
+    EXPECT_EQ(bytes(resaved), first);
+
+    // With the file gone, the copy stands in for it and the link stays.
+    QFile::remove(png);
+    RichTextSurface gone;
+    gone.LoadFile(resaved, RichTextSurface::RtfKind);
+    selectPicture(gone);
+    EXPECT_EQ(selectedPicture(gone).size(), QSize(90, 30));
+    EXPECT_TRUE(gone.SelRTF().contains(QString::fromLatin1(field)));
+
+    // Another word processor follows the link: one picture, the file's.
+    ASSERT_TRUE(stripes(40, 40).save(png));
     const QString soffice = QStandardPaths::findExecutable(QStringLiteral("soffice"));
     if (soffice.isEmpty())
         GTEST_SKIP() << "soffice is not installed";
     QProcess lo;
     lo.start(soffice, {QStringLiteral("-env:UserInstallation=file://") + dir.filePath(QStringLiteral("profile")),
                        QStringLiteral("--headless"), QStringLiteral("--convert-to"), QStringLiteral("odt"),
-                       QStringLiteral("--outdir"), dir.path(), saved});
+                       QStringLiteral("--outdir"), dir.path(), resaved});
     ASSERT_TRUE(lo.waitForFinished(180000));
-    const QList<QSizeF> frames = odtFrames(dir.filePath(QStringLiteral("link.odt")));
-    ASSERT_EQ(frames.size(), 1);  // the linked file, once
-    EXPECT_NEAR(frames[0].width(), 90 * 2.54 / 96, 0.02);
+    const QList<QSizeF> frames = odtFrames(dir.filePath(QStringLiteral("link2.odt")));
+    ASSERT_EQ(frames.size(), 1);
+    EXPECT_NEAR(frames[0].width(), 40 * 2.54 / 96, 0.02);
+    EXPECT_NEAR(frames[0].height(), 40 * 2.54 / 96, 0.02);
+}
+
+TEST(PictureLinks, FieldsOfOtherProgramsAreFollowedAndKept)
+{
+    QTemporaryDir dir;
+    const QString png = dir.filePath(QStringLiteral("logo.png"));
+    ASSERT_TRUE(stripes(20, 10).save(png));
+    const QString small = QString::fromLatin1(pngPictureGroup(stripes(4, 2), QSize(600, 300)));
+    const QString path = png;
+    // A word processor's own shape: nested instruction group, switches, the
+    // picture twice; a path with doubled backslashes is no local file here;
+    // a switch may come before the name.
+    const QString word = QStringLiteral("{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\pard A{\\field\\flddirty{\\*\\fldinst { INCLUDEPICTURE  \"%1\" \\\\* MERGEFORMATINET }}"
+                                        "{\\fldrslt {{\\*\\shppict%2}{\\nonshppict%2}}}}B"
+                                        "{\\field{\\*\\fldinst HYPERLINK \"http://x\"}{\\fldrslt C}}"
+                                        "{\\field{\\*\\fldinst INCLUDEPICTURE \"C:\\\\\\\\img\\\\\\\\a.png\"}{\\fldrslt %2}}"
+                                        "{\\field{\\*\\fldinst INCLUDEPICTURE \\\\d \"%1\"}{\\fldrslt }}\\par}")
+                             .arg(path, small);
+    RichTextSurface t;
+    t.setTextRTF(word);
+    const QChar obj(QChar::ObjectReplacementCharacter);
+    EXPECT_EQ(t.Text(), QStringLiteral("A") + obj + QStringLiteral("BC") + obj + obj);
+    QStringList sizes;
+    for (long at = 0; (at = t.Text().indexOf(obj, at)) >= 0; ++at) {
+        t.setSelStart(at);
+        t.setSelLength(1);
+        const QImage shown = selectedPicture(t);
+        sizes << QStringLiteral("%1x%2").arg(shown.width()).arg(shown.height());
+    }
+    // The file where it is there; the result where the path is not local;
+    // the file itself when the field has no result.
+    EXPECT_EQ(sizes, (QStringList{QStringLiteral("20x10"), QStringLiteral("4x2"), QStringLiteral("20x10")}));
+
+    const QString written = t.TextRTF();
+    EXPECT_EQ(written.count(QLatin1String("\\fldinst INCLUDEPICTURE")), 3) << written.toStdString();
+    EXPECT_TRUE(written.contains(QLatin1String("\\fldinst INCLUDEPICTURE  \"") + path +
+                                 QLatin1String("\" \\\\* MERGEFORMATINET}")));
+    EXPECT_TRUE(written.contains(QLatin1String("\\fldinst INCLUDEPICTURE \"C:\\\\\\\\img\\\\\\\\a.png\"}")));
+    EXPECT_FALSE(written.contains(QLatin1String("HYPERLINK")));
+    RichTextSurface back;
+    back.setTextRTF(written);
+    EXPECT_EQ(back.TextRTF(), written);
+}
+
+TEST(FrmIm, TextAfterAnInsertedPictureGoesOnInTheFontAround)
+{
+    QTemporaryDir dir;
+    const QString png = dir.filePath(QStringLiteral("foto.png"));
+    ASSERT_TRUE(stripes(30, 20).save(png));
+    Doc d;
+    d.testo.setText(QStringLiteral("ab"));
+    d.testo.setSelStart(0);
+    d.testo.setSelLength(2);
+    d.testo.setSelFontName(QStringLiteral("Courier New"));
+    d.testo.setSelFontSize(16);
+    d.testo.setSelBold(true);
+    d.testo.setSelStart(1);
+    FrmIm im(d.testo, d.undo, d.dialogs, nullptr);
+    im.immm(png);
+    im.command3();
+    d.testo.setSelText(QStringLiteral("x"));
+
+    // The picture, the letter typed after it and the text around: one font.
+    d.testo.setSelStart(0);
+    d.testo.setSelLength(4);
+    EXPECT_EQ(d.testo.Text(), QStringLiteral("a") + QChar(QChar::ObjectReplacementCharacter) + QStringLiteral("xb"));
+    EXPECT_EQ(d.testo.SelFontName(), std::optional(QStringLiteral("Courier New")));
+    EXPECT_EQ(d.testo.SelFontSize(), std::optional(16.0f));
+    EXPECT_EQ(d.testo.SelBold(), std::optional(true));
 }

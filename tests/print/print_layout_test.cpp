@@ -177,8 +177,9 @@ void expectPagesHoldTheirText(const QTextDocument& doc, const Result& r, const c
     for (int p = 0; p < l.pageCount(); ++p) {
         SCOPED_TRACE(p);
         EXPECT_EQ(pageText(r.pages[p]), squeezed(visibleText(doc, l.firstChar(p), l.firstChar(p + 1))));
-        if (p > 0)
+        if (p > 0) {
             EXPECT_LT(l.firstChar(p - 1), l.firstChar(p));
+        }
         for (const Drawn& d : r.pages[p]) {
             const QRectF box = d.picture.isNull() ? QRectF(d.at, QSizeF(1, 1)) : d.picture;
             EXPECT_GE(box.top(), l.textRect().top() - 0.5) << d.text.toStdString();

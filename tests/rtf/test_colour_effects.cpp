@@ -211,8 +211,8 @@ TEST(ColourEffects, RansomFormatsEveryCharacterThenColours)
     EXPECT_EQ(t.surface.Text(), "ab c");
     EXPECT_EQ(t.surface.SelRTF(), test::kSurfaceHead +
                                       "{\\colortbl ;\\red128\\green255\\blue0;}\r\n"
-                                      "\\viewkind4\\uc1\\pard\\cf1\\uldashd\\b\\i\\up6\\caps\\f0\\fs17 "
-                                      "ab\\ulnone\\b0\\i0\\up0\\caps0  \\uldashd\\b\\i\\up6\\caps c}\r\n");
+                                      "\\viewkind4\\uc1\\pard\\cf1\\uldashd\\b\\i\\super\\caps\\f0\\fs17 "
+                                      "ab\\ulnone\\b0\\i0\\nosupersub\\caps0  \\uldashd\\b\\i\\super\\caps c}\r\n");
 }
 
 TEST(ColourEffects, BlendsDithersAndRemoval)

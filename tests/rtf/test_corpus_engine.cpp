@@ -55,8 +55,9 @@ TEST_P(CorpusEngine, TogglesAndHighlightKeepTheText)
     EXPECT_EQ(s.Text(), text);
     extended.setSelWave(true);
     EXPECT_EQ(s.Text(), text);
-    if (!hadUnderline)
+    if (!hadUnderline) {
         EXPECT_EQ(s.TextRTF(), original);
+    }
 
     select(s, from, length);
     looks.RTFHighlightHard(0x00FFFF);

@@ -83,8 +83,9 @@ TEST(SpellChecker, KeepsAddedWordsAcrossARestartAndIgnoredOnesOnlyForTheSession)
     EXPECT_TRUE(again.isCorrect("Tornelia"));
     EXPECT_FALSE(again.isCorrect("bellla"));
     // Changing language keeps the person's words.
-    if (again.setLanguage("en_US"))
+    if (again.setLanguage("en_US")) {
         EXPECT_TRUE(again.isCorrect("gnocchetto"));
+    }
 }
 
 class MarksTest : public ::testing::Test {
