@@ -573,6 +573,49 @@ QString RichTextSurface::SelRTF() const
     return writeRtf(*doc_, cursor_.selectionStart(), cursor_.selectionEnd(), false, defaultFormat_);
 }
 
+namespace {
+
+// Pairs the characters of two texts that may differ only in blanks: the
+// string engine moves, gains or loses a blank where a control word meets the
+// text, and nothing else. Every other character must agree one to one; the
+// blanks between two of them pair up from the left. The answer gives, for
+// each character of `mine`, the index in `theirs` whose format it takes, or
+// nothing when the texts differ in more than blanks. A blank the other text
+// lost takes the format of its nearest neighbour there, so that it changes
+// along with the words around it instead of keeping a format no longer meant.
+std::optional<std::vector<qsizetype>> alignAcrossBlanks(QStringView mine, QStringView theirs)
+{
+    std::vector<qsizetype> pairedWith(size_t(mine.size()), -1);
+    qsizetype i = 0;
+    qsizetype j = 0;
+    for (;;) {
+        qsizetype endI = i;
+        qsizetype endJ = j;
+        while (endI < mine.size() && mine[endI] == u' ')
+            ++endI;
+        while (endJ < theirs.size() && theirs[endJ] == u' ')
+            ++endJ;
+        const qsizetype paired = std::min(endI - i, endJ - j);
+        for (qsizetype k = 0; k < paired; ++k)
+            pairedWith[size_t(i + k)] = j + k;
+        const qsizetype neighbour = j + paired > 0 ? j + paired - 1 : (endJ < theirs.size() ? endJ : -1);
+        for (qsizetype k = i + paired; k < endI; ++k)
+            pairedWith[size_t(k)] = neighbour;
+        if (endI == mine.size() || endJ == theirs.size()) {
+            if (endI != mine.size() || endJ != theirs.size())
+                return std::nullopt;
+            return pairedWith;
+        }
+        if (mine[endI] != theirs[endJ])
+            return std::nullopt;
+        pairedWith[size_t(endI)] = endJ;
+        i = endI + 1;
+        j = endJ + 1;
+    }
+}
+
+}  // namespace
+
 // RTF over a selection that crosses table cells: when it holds the same
 // characters (the colour effects, the toggles and the highlight change only
 // formats), its formats go onto the selection character by character and
@@ -582,13 +625,16 @@ bool RichTextSurface::restyleAcrossCells(const QString& rtf)
     const int from = cursor_.selectionStart();
     const int to = cursor_.selectionEnd();
     std::vector<int> mine;
+    QString mineText;
     bool crossesCells = false;
     for (int p = from; p < to; ++p) {
         const QChar c = doc_->characterAt(p);
-        if (c == QChar(0xFDD0) || c == QChar(0xFDD1))
+        if (c == QChar(0xFDD0) || c == QChar(0xFDD1)) {
             crossesCells = true;
-        else if (c != QChar::ParagraphSeparator)
+        } else if (c != QChar::ParagraphSeparator) {
             mine.push_back(p);
+            mineText.append(c);
+        }
     }
     if (!crossesCells && !cursor_.hasComplexSelection())
         return false;
@@ -600,37 +646,36 @@ bool RichTextSurface::restyleAcrossCells(const QString& rtf)
     options.baseFormat = defaultFormat_;
     tornelia::readRtf(QStringView(rtf), sc, options);
     std::vector<int> theirs;
+    QString theirText;
     for (int p = 0; p < scratch.characterCount() - 1; ++p) {
         const QChar c = scratch.characterAt(p);
-        if (c != QChar(0xFDD0) && c != QChar(0xFDD1) && c != QChar::ParagraphSeparator)
+        if (c != QChar(0xFDD0) && c != QChar(0xFDD1) && c != QChar::ParagraphSeparator) {
             theirs.push_back(p);
+            theirText.append(c);
+        }
     }
-    auto same = [&] {
-        if (theirs.size() != mine.size())
-            return false;
-        for (size_t i = 0; i < mine.size(); ++i)
-            if (doc_->characterAt(mine[i]) != scratch.characterAt(theirs[i]))
-                return false;
-        return true;
+    const auto pairing = alignAcrossBlanks(mineText, theirText);
+    if (!pairing)
+        return false;
+    auto theirsOf = [&](size_t i) {
+        const qsizetype k = (*pairing)[i];
+        return k < 0 ? -1 : theirs[size_t(k)];
     };
-    if (!same()) {
-        // The string engine may gain or lose a blank where a control word
-        // meets the text; the other characters still pair up one to one.
-        std::erase_if(mine, [this](int p) { return doc_->characterAt(p) == u' '; });
-        std::erase_if(theirs, [&scratch](int p) { return scratch.characterAt(p) == u' '; });
-        if (!same())
-            return false;
-    }
     QTextCursor c(doc_);
     c.beginEditBlock();
     QTextCursor probe(&scratch);
     for (size_t i = 0; i < mine.size();) {
+        const int first = theirsOf(i);
+        if (first < 0) {  // nothing in the new text to take a format from
+            ++i;
+            continue;
+        }
         // One run: consecutive in both documents, one format.
-        probe.setPosition(theirs[i] + 1);
+        probe.setPosition(first + 1);
         const QTextCharFormat f = probe.charFormat();
         size_t j = i + 1;
-        while (j < mine.size() && mine[j] == mine[j - 1] + 1 && theirs[j] == theirs[j - 1] + 1) {
-            probe.setPosition(theirs[j] + 1);
+        while (j < mine.size() && mine[j] == mine[j - 1] + 1 && theirsOf(j) == theirsOf(j - 1) + 1) {
+            probe.setPosition(theirsOf(j) + 1);
             if (probe.charFormat() != f)
                 break;
             ++j;
