@@ -149,15 +149,17 @@ TEST(Tables, MalformedTablesKeepTheirText)
         SCOPED_TRACE(body);
         RichTextSurface s;
         load(s, rtfDoc(body));
-        if (text)
+        if (text) {
             EXPECT_EQ(s.Text().toStdString(), text);
-        else
+        } else {
             for (const char* w : {"v0", "v1", "v2"})
                 EXPECT_TRUE(s.Text().contains(QLatin1String(w))) << s.Text().toStdString();
+        }
         EXPECT_FALSE(tableDump(*s.document()).isEmpty());
         EXPECT_TRUE(positionsAgree(s));
-        if (text)
+        if (text) {
             EXPECT_TRUE(test::wholeRoundTripHolds(s));
+        }
     }
 }
 
