@@ -132,7 +132,7 @@ void typeInto(benchmark::State& state, const QString& keys)
         if (c == QLatin1Char('\r'))
             press(editor, Qt::Key_Return, QStringLiteral("\r"));
         else
-            press(editor, c == QLatin1Char(' ') ? Qt::Key_Space : c.toUpper().unicode(), QString(c));
+            press(editor, c == QLatin1Char(' ') ? int(Qt::Key_Space) : int(c.toUpper().unicode()), QString(c));
         QApplication::processEvents();
         cpu.push_back(threadCpuMs() - c0);
         ms.push_back(std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - t0).count());

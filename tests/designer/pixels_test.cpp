@@ -250,8 +250,9 @@ TEST(DesignerPixels, TransferAlphaWithAndWithoutAntiAlias)
         transferAlpha(src, c.srcX, c.srcY, c.w, c.h, out, c.dstX, c.dstY, kWhiteKey, c.antiAlias, c.alpha);
         EXPECT_EQ(out, expectedAlpha(src, c.srcX, c.srcY, c.w, c.h, dst, c.dstX, c.dstY, white, c.antiAlias, c.alpha))
             << c.srcX << ',' << c.srcY << ' ' << c.w << 'x' << c.h << " aa " << c.antiAlias << " alpha " << c.alpha;
-        if (c.alpha == 0)
+        if (c.alpha == 0) {
             EXPECT_EQ(out, dst);
+        }
     }
 }
 
@@ -391,8 +392,9 @@ TEST(DesignerPixels, BlurAndDePixelLeaveSmallCanvasesAlone)
     const QImage blurred = filtered(four, Filter::Blur);
     for (int y = 0; y < 4; ++y)
         for (int x = 0; x < 4; ++x)
-            if (!(x == 2 && y == 1))  // buffer (2, 2) is the second row from the top
+            if (!(x == 2 && y == 1)) {  // buffer (2, 2) is the second row from the top
                 EXPECT_EQ(blurred.pixel(x, y), four.pixel(x, y)) << x << ',' << y;
+            }
     EXPECT_NE(blurred.pixel(2, 1), four.pixel(2, 1));
 }
 

@@ -554,8 +554,9 @@ TEST(DesignerRender, LightStopsAtTheLettersUnlessReal)
             EXPECT_EQ(qBlue(b), qBlue(o));
             darker += qRed(b) > qRed(a);
             // Beyond the reach of the light nothing changes.
-            if ((x - 2) * (x - 2) + (y - 16) * (y - 16) > 52 * 52)
+            if ((x - 2) * (x - 2) + (y - 16) * (y - 16) > 52 * 52) {
                 EXPECT_EQ(b, o);
+            }
         }
     EXPECT_GT(darker, 20);  // the letters cast a shadow of light
 }

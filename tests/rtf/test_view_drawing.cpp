@@ -235,8 +235,9 @@ TEST(ViewDrawing, SymbolFontBytesShowAsTheirCharactersAndStayInTheDocument)
     for (const char16_t c : {u'π', u'°', u'≥', u'α'})
         EXPECT_TRUE(QFontMetricsF(find(marks, QString(QChar(c)))->font).inFont(QChar(c))) << int(c);
     for (const Mark& m : sorted)
-        if (m.box.left() > pi->box.left() + 0.5)
+        if (m.box.left() > pi->box.left() + 0.5) {
             EXPECT_GE(m.box.left(), pi->box.right() - 0.5) << m.text.toStdString();
+        }
     // The document keeps the bytes.
     EXPECT_EQ(s.Text(), QStringLiteral("r = 2\uF070r, 90\uF0B0, x \uF0B3 0 \uF061\uF062"));
     EXPECT_TRUE(s.TextRTF().contains(QLatin1String("\\f1 p\\f0 r, 90\\f1\\'b0"))) << s.TextRTF().toStdString();
