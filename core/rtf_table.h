@@ -70,7 +70,7 @@ struct CellDef {
 
 struct RowDef {
     int left = 0;
-    int gap = 108;
+    int gap = 0;  // \trgaph; a row that names none has no gap
     int align = 0;
     int height = 0;
     std::vector<CellDef> cells;

@@ -127,6 +127,19 @@ TEST(Tables, WrittenInTheRichEditShape)
     EXPECT_TRUE(positionsAgree(s));
     EXPECT_EQ(s.Find(QStringLiteral("B"), 0, -1, 0), 6);
     EXPECT_EQ(s.Find(QStringLiteral("Bye"), 0, -1, 0), 9);
+
+    // A row that names no gap has none: its text runs from border to
+    // border, and the gap it is written with says so.
+    load(s, rtfDoc("\\trowd\\cellx600\\cellx1200\\pard\\intbl P1\\cell P8\\cell\\row\\pard\\par"));
+    const QTextTable* table = s.document()->rootFrame()->childFrames().isEmpty()
+                                  ? nullptr
+                                  : qobject_cast<QTextTable*>(s.document()->rootFrame()->childFrames().first());
+    ASSERT_NE(table, nullptr);
+    const QTextTableCellFormat cell = table->cellAt(0, 1).format().toTableCellFormat();
+    EXPECT_EQ(cell.leftPadding(), 0);
+    EXPECT_EQ(cell.rightPadding(), 0);
+    EXPECT_TRUE(s.TextRTF().contains(QLatin1String("\\trowd\\trgaph0\\trleft0\\cellx600\\cellx1200\\pard\\intbl")))
+        << s.TextRTF().toStdString();
 }
 
 // Files no careful writer makes: each keeps all of its text, in order, in
