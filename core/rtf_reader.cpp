@@ -283,7 +283,7 @@ private:
 
     // --- tables: the rows go to QTextTables through tables_
     bool tableWord(std::string_view name, bool hasParam, int param);
-    int contentLevel() const;
+    int contentLevel();
     void tableLevel(int level);
     void tableCell(int level);
     void tableRow(int level);
@@ -1664,9 +1664,14 @@ bool Reader::tableWord(std::string_view name, bool hasParam, int param)
     return tables_.defWord(level, name, hasParam, param);
 }
 
-int Reader::contentLevel() const
+int Reader::contentLevel()
 {
     const int itap = stack_.back().pa.itap;
+    // Text outside the table's paragraphs once every cell of the row has
+    // ended, with no \row to close it: the file forgot the row's end, and
+    // the text goes on below the table rather than into a cell of its own.
+    if (itap == 0 && implicitRow_ && tables_.rowFilled())
+        implicitRow_ = false;
     return itap == 0 && implicitRow_ ? 1 : itap;
 }
 

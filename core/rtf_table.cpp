@@ -192,6 +192,14 @@ bool Builder::inMergedCell() const
     return l.rowOpen && l.cursorCell >= 0 && size_t(l.cursorCell) < l.cellMerged.size() && l.cellMerged[size_t(l.cursorCell)];
 }
 
+bool Builder::rowFilled() const
+{
+    if (depth() != 1)
+        return false;
+    const Level& l = levels_.front();
+    return l.rowOpen && l.definedCells > 0 && l.cell >= l.definedCells;
+}
+
 bool Builder::needsMove(int level) const
 {
     level = std::clamp(level, 0, kMaxLevel);
@@ -374,6 +382,7 @@ void Builder::startRow(Level& l, const RowDef& def)
     }
     QTextTable* t = l.table;
     const int row = l.row;
+    l.definedCells = int(def.cells.size());
     l.cellColumn.assign(def.cells.size(), 0);
     l.cellMerged.assign(def.cells.size(), false);
     struct Span { int first, last; size_t def; };

@@ -99,6 +99,9 @@ public:
     int depth() const { return int(levels_.size()); }
     // The cursor stands in a cell the file merged into another one.
     bool inMergedCell() const;
+    // The outermost table's open row has had every cell its definition
+    // names ended, and waits only for its \row.
+    bool rowFilled() const;
     // Whether content at this level needs reach() first.
     bool needsMove(int level) const;
     // Puts the cursor where content of a paragraph at `level` goes: opens
@@ -121,6 +124,7 @@ private:
         int cursorCell = -1; // RTF cell the cursor stands in
         std::vector<int> cellColumn;  // grid column of each RTF cell of the row
         std::vector<bool> cellMerged;  // \\clmrg or \\clvmrg: its text goes to another cell
+        int definedCells = 0;          // cells the row's definition names
         bool anyBorder = false;
     };
     void openLevel(const Scan& scan);

@@ -151,8 +151,12 @@ TEST(Tables, MalformedTablesKeepTheirText)
         {"\\pard x1\\cell x2\\cell\\row\\pard after\\par", "x1\tx2\r\nafter"},
         // More cells than \cellx: each extra cell gets a column.
         {"\\trowd\\cellx1000\\pard\\intbl y1\\cell y2\\cell y3\\cell\\row\\pard after\\par", "y1\ty2\ty3\r\nafter"},
-        // A \\row never closed: what follows stays in the row.
-        {"\\trowd\\cellx1000\\cellx2000\\pard\\intbl z1\\cell z2\\cell\\pard after\\par", "z1\tz2\tafter\r\n"},
+        // A \\row never closed: once every cell has ended, the text
+        // outside the table's paragraphs goes on below the table; before
+        // that, it is the next cell's.
+        {"\\trowd\\cellx1000\\cellx2000\\pard\\intbl z1\\cell z2\\cell\\pard after\\par", "z1\tz2\r\nafter"},
+        {"\\trowd\\cellx1000\\cellx2000 q1\\cell q2\\cell after\\par\\pard end\\par", "q1\tq2\r\nafter\r\nend"},
+        {"\\trowd\\cellx1000\\cellx2000\\pard\\intbl r1\\cell\\pard r2\\cell\\pard after\\par", "r1\tr2\r\nafter"},
         // The file ends inside a cell.
         {"\\trowd\\cellx1000\\cellx2000\\pard\\intbl w1\\cell w2", "w1\tw2\r\n"},
         // A \row with no cell, a \nestrow with no table, a huge \itap.
