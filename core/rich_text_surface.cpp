@@ -176,8 +176,8 @@ void RichTextSurface::onContentsChange()
 namespace {
 
 // Cells that follow another cell of their row (a tab), and tables behind
-// the empty paragraph that starts a document or a cell (nothing), table by
-// table, nested ones too.
+// the empty paragraph that starts a document or a cell and the empty
+// places of short rows (nothing), table by table, nested ones too.
 void collectCellMarks(const QTextDocument& doc, const QTextFrame* frame, std::vector<std::pair<int, char>>& out)
 {
     for (const QTextFrame* child : frame->childFrames()) {
@@ -192,8 +192,13 @@ void collectCellMarks(const QTextDocument& doc, const QTextFrame* frame, std::ve
                     const QTextTableCell cell = table->cellAt(r, c);
                     if (cell.row() != r || cell.column() != c)
                         continue;
-                    if (!first)
-                        out.emplace_back(cell.firstPosition() - 1, '\t');
+                    if (!first) {
+                        // A place of the grid a short row has no cell for
+                        // is no cell of the text's either while it is empty.
+                        const bool filler = cell.format().boolProperty(prop::CellFiller) &&
+                                            cell.firstPosition() == cell.lastPosition();
+                        out.emplace_back(cell.firstPosition() - 1, filler ? 0 : '\t');
+                    }
                     first = false;
                 }
             }
@@ -253,7 +258,19 @@ int RichTextSurface::toDocPos(long pos) const
     }
     const QTextBlock block = doc_->findBlockByNumber(lo);
     const long offset = std::min<long>(pos - (block.position() + lo - tabsBefore(block.position())), block.length() - 1);
-    return block.position() + int(offset);
+    const int at = block.position() + int(offset);
+    // The empty place a short row ends in shows as nothing, so its position
+    // is the end of the row's last cell, where the text goes on.
+    if (block.length() == 1 && at > 0 && doc_->characterAt(at - 1) == QChar(0xFDD0)) {
+        QTextCursor c(doc_);
+        c.setPosition(at);
+        if (const QTextTable* table = c.currentTable()) {
+            const QTextTableCell cell = table->cellAt(at);
+            if (cell.format().boolProperty(prop::CellFiller) && cell.firstPosition() == cell.lastPosition())
+                return at - 1;
+        }
+    }
+    return at;
 }
 
 long RichTextSurface::fromDocPos(int docPos) const

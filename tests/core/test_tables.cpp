@@ -109,9 +109,15 @@ TEST(Tables, RaggedRows)
               "  [0 \"a1\"] [1+2 \"a2\"] [3 \"a3\"]\n"
               "  [0+2 \"b1\"] [2+2 \"b2\"]\n"
               "  [0 \"c1\"] -");
-    EXPECT_EQ(s.Text().toStdString(), "Ragged rows:\r\na1\ta2\ta3\r\nb1\tb2\r\nc1\t\r\ndone");
+    EXPECT_EQ(s.Text().toStdString(), "Ragged rows:\r\na1\ta2\ta3\r\nb1\tb2\r\nc1\r\ndone");
     EXPECT_TRUE(positionsAgree(s));
     EXPECT_TRUE(test::wholeRoundTripHolds(s));
+    // Typing at the end of the short row goes into its last cell.
+    s.setSelStart(long(s.Text().indexOf(QLatin1String("c1"))) + 2);
+    s.setSelText(QStringLiteral("x"));
+    EXPECT_EQ(s.Text().toStdString(), "Ragged rows:\r\na1\ta2\ta3\r\nb1\tb2\r\nc1x\r\ndone");
+    EXPECT_TRUE(tableDump(*s.document()).endsWith(QLatin1String("[0 \"c1x\"] -"))) << tableDump(*s.document()).toStdString();
+    EXPECT_TRUE(positionsAgree(s));
 }
 
 TEST(Tables, WrittenInTheRichEditShape)
