@@ -80,6 +80,10 @@ bool rowDefWord(RowDef& def, std::string_view name, bool hasParam, int param)
         return true;
     }
     if (name == "trgaph") { def.gap = std::clamp(v, 0, 31680); return true; }
+    if (name == "trpaddl") { def.padLeft = std::clamp(v, 0, 31680); return true; }
+    if (name == "trpaddr") { def.padRight = std::clamp(v, 0, 31680); return true; }
+    if (name == "trpaddfl") { def.padLeftUnit = v; return true; }
+    if (name == "trpaddfr") { def.padRightUnit = v; return true; }
     if (name == "trleft") { def.left = std::clamp(v, -31680, 31680); return true; }
     if (name == "trql") { def.align = 0; return true; }
     if (name == "trqc") { def.align = 1; return true; }
@@ -370,7 +374,9 @@ void Builder::startRow(Level& l, const RowDef& def)
         tf.setCellSpacing(0);
         tf.setCellPadding(0);
         tf.setMargin(0);
-        tf.setLeftMargin(std::max(0, def.left + def.gap) / kTwipsPerUnit);
+        // \trleft is where the first cell's border stands; the text inside
+        // starts a gap further in. Left of the margin the view cannot go.
+        tf.setLeftMargin(std::max(0, def.left) / kTwipsPerUnit);
         tf.setAlignment(def.align == 1 ? Qt::AlignHCenter : def.align == 2 ? Qt::AlignRight : Qt::AlignLeft);
         l.table = cursor_.insertTable(1, int(l.edges.size()), tf);
         l.row = 0;
@@ -440,9 +446,8 @@ void Builder::startRow(Level& l, const RowDef& def)
 void Builder::formatCell(QTextTableCell cell, const RowDef& def, const CellDef& c, Level& l)
 {
     QTextTableCellFormat f = cell.format().toTableCellFormat();
-    const qreal pad = def.gap / kTwipsPerUnit;
-    f.setLeftPadding(pad);
-    f.setRightPadding(pad);
+    f.setLeftPadding(def.leftPad() / kTwipsPerUnit);
+    f.setRightPadding(def.rightPad() / kTwipsPerUnit);
     f.setTopPadding(0);
     f.setBottomPadding(0);
     QList<int> borders;
@@ -490,7 +495,8 @@ void Builder::formatCell(QTextTableCell cell, const RowDef& def, const CellDef& 
         f.setVerticalAlignment(c.vAlign == 1 ? QTextCharFormat::AlignMiddle : QTextCharFormat::AlignBottom);
     }
     f.setProperty(prop::RowLeft, def.left);
-    f.setProperty(prop::RowGap, def.gap);
+    // The one inset the rich edit shape writes: the one the text shows.
+    f.setProperty(prop::RowGap, def.leftPad());
     if (def.align)
         f.setProperty(prop::RowAlign, def.align);
     if (def.height)

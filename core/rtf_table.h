@@ -71,6 +71,13 @@ struct CellDef {
 struct RowDef {
     int left = 0;
     int gap = 0;  // \trgaph; a row that names none has no gap
+    // \trpaddl, \trpaddr with their units (\trpaddfl3: twips; anything
+    // else leaves the gap in force): the cells' text insets newer writers
+    // give, which win over the gap.
+    int padLeft = 0, padRight = 0;
+    int padLeftUnit = 0, padRightUnit = 0;
+    int leftPad() const { return padLeftUnit == 3 ? padLeft : gap; }
+    int rightPad() const { return padRightUnit == 3 ? padRight : gap; }
     int align = 0;
     int height = 0;
     std::vector<CellDef> cells;

@@ -148,6 +148,32 @@ TEST(Tables, WrittenInTheRichEditShape)
         << s.TextRTF().toStdString();
 }
 
+// The insets a row gives its cells' text: the gap, or the paddings newer
+// writers add when they name their unit; the first cell's border stands at
+// the row's left edge. Insets, edge and the gap written back, row by row.
+TEST(Tables, CellInsetsAndTheRowsLeftEdge)
+{
+    RichTextSurface s;
+    load(s, rtfDoc("\\trowd\\trgaph60\\trleft300\\cellx1500\\pard\\intbl a\\cell\\row"
+                   "\\trowd\\trgaph60\\trleft300\\trpaddl150\\trpaddr90\\trpaddfl3\\trpaddfr3\\cellx1500\\pard\\intbl b\\cell\\row"
+                   "\\trowd\\trgaph60\\trleft300\\trpaddl150\\trpaddfl0\\cellx1500\\pard\\intbl c\\cell\\row\\pard\\par"));
+    const auto frames = s.document()->rootFrame()->childFrames();
+    ASSERT_EQ(frames.size(), 1);
+    const auto* table = qobject_cast<QTextTable*>(frames.first());
+    ASSERT_NE(table, nullptr);
+    QStringList insets;
+    for (int r = 0; r < table->rows(); ++r) {
+        const QTextTableCellFormat f = table->cellAt(r, 0).format().toTableCellFormat();
+        insets << QStringLiteral("%1/%2").arg(f.leftPadding() * 15).arg(f.rightPadding() * 15);
+    }
+    EXPECT_EQ(insets.join(u' ').toStdString(), "60/60 150/90 60/60");
+    EXPECT_EQ(table->format().leftMargin() * 15, 300);
+    const QString rtf = s.TextRTF();
+    EXPECT_EQ(rtf.count(QLatin1String("\\trowd\\trgaph60\\trleft300\\cellx1500")), 2) << rtf.toStdString();
+    EXPECT_EQ(rtf.count(QLatin1String("\\trowd\\trgaph150\\trleft300\\cellx1500")), 1) << rtf.toStdString();
+    EXPECT_TRUE(test::wholeRoundTripHolds(s));
+}
+
 // Files no careful writer makes: each keeps all of its text, in order, in
 // a table, and writes back to what it reads as.
 TEST(Tables, MalformedTablesKeepTheirText)
