@@ -1,6 +1,7 @@
 #include "print/print_layout.h"
 
 #include "controls/format_painter.h"
+#include "core/rtf_table.h"
 #include "core/text_format.h"
 #include "print/page_settings.h"
 
@@ -17,6 +18,7 @@
 #include <QTextDocument>
 #include <QTextFrame>
 #include <QTextLayout>
+#include <QTextTable>
 
 #include <algorithm>
 #include <cmath>
@@ -55,6 +57,21 @@ void hideHiddenText(QTextDocument& doc)
         c.setPosition(r.from);
         c.setPosition(r.from + r.length, QTextCursor::KeepAnchor);
         c.insertText(QString(r.length, QChar(kWeightless)), r.format);
+    }
+}
+
+// The light grid a table with no borders of its own is shown with helps
+// while editing; on paper the table has no lines, as its file says.
+void dropEditingGrids(QTextFrame* frame)
+{
+    for (QTextFrame* child : frame->childFrames()) {
+        if (auto* table = qobject_cast<QTextTable*>(child); table && table->format().boolProperty(prop::TableGridOnly)) {
+            QTextTableFormat f = table->format();
+            f.setBorder(0);
+            f.setBorderStyle(QTextFrameFormat::BorderStyle_None);
+            table->setFormat(f);
+        }
+        dropEditingGrids(child);
     }
 }
 
@@ -106,6 +123,7 @@ PrintLayout::PrintLayout(const QTextDocument& source, const PrintMargins& margin
     text_ = QRectF(left, top, sheet_.width() - left - right, sheet_.height() - top - bottom);
 
     hideHiddenText(*doc_);
+    dropEditingGrids(doc_->rootFrame());
     // The root frame's margins stand on every page of a paginated layout.
     QTextFrameFormat root = doc_->rootFrame()->frameFormat();
     root.setLeftMargin(left);

@@ -14,6 +14,7 @@
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextImageFormat>
+#include <QTextTable>
 #include <QUrl>
 
 #include <functional>
@@ -358,6 +359,45 @@ TEST(PrintLayoutTest, MarginsAndOrientationShapeTheTextArea)
     EXPECT_GT(silly.textRect().width(), 0);
     EXPECT_GT(silly.textRect().height(), 0);
     EXPECT_EQ(silly.pageCount(), 1);
+}
+
+// A table the file gave no borders is shown with a light grid to edit it
+// by; the page has no lines there. A table with borders keeps them.
+TEST(PrintLayoutTest, TheEditingGridOfABorderlessTableIsNotPrinted)
+{
+    RichTextSurface s;
+    s.setTextRTF(QStringLiteral(
+        "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 Arial;}}\\pard Top\\par"
+        "\\trowd\\trgaph108\\cellx2000\\cellx4000\\pard\\intbl a\\cell b\\cell\\row"
+        "\\pard Mid\\par"
+        "\\trowd\\trgaph108\\clbrdrb\\brdrs\\brdrw30\\cellx2000\\cellx4000\\pard\\intbl c\\cell d\\cell\\row\\pard End\\par}"));
+    auto borders = [](const QTextDocument& doc) {
+        QStringList out;
+        for (QTextFrame* f : doc.rootFrame()->childFrames())
+            if (auto* t = qobject_cast<QTextTable*>(f))
+                out << QStringLiteral("%1/%2").arg(t->format().border()).arg(t->cellAt(0, 0).format().toTableCellFormat().bottomBorder());
+        return out.join(u' ').toStdString();
+    };
+    EXPECT_EQ(borders(*s.document()), "1/0 0/2");
+    const PrintLayout layout(*s.document(), marginsForPrint(PageSettings{}), 1, 96);
+    EXPECT_EQ(borders(layout.document()), "0/0 0/2");
+    EXPECT_EQ(borders(*s.document()), "1/0 0/2");
+
+    QImage page(layout.sheetSize().toSize(), QImage::Format_RGB32);
+    page.fill(Qt::white);
+    QPainter painter(&page);
+    layout.renderPage(painter, 0);
+    painter.end();
+    // Grid lines: three pixels of the grid's grey in a row, across or down
+    // (a letter's smoothed edge makes a stray one).
+    const auto grey = [&page](int x, int y) {
+        return x >= 0 && y >= 0 && x < page.width() && y < page.height() && page.pixel(x, y) == qRgb(192, 192, 192);
+    };
+    int lines = 0;
+    for (int y = 0; y < page.height(); ++y)
+        for (int x = 0; x < page.width(); ++x)
+            lines += grey(x, y) && ((grey(x - 1, y) && grey(x + 1, y)) || (grey(x, y - 1) && grey(x, y + 1)));
+    EXPECT_EQ(lines, 0);
 }
 
 }  // namespace
