@@ -195,9 +195,7 @@ void collectCellMarks(const QTextDocument& doc, const QTextFrame* frame, std::ve
                     if (!first) {
                         // A place of the grid a short row has no cell for
                         // is no cell of the text's either while it is empty.
-                        const bool filler = cell.format().boolProperty(prop::CellFiller) &&
-                                            cell.firstPosition() == cell.lastPosition();
-                        out.emplace_back(cell.firstPosition() - 1, filler ? 0 : '\t');
+                        out.emplace_back(cell.firstPosition() - 1, rtftable::isFillerCell(cell) ? 0 : '\t');
                     }
                     first = false;
                 }
@@ -266,7 +264,7 @@ int RichTextSurface::toDocPos(long pos) const
         c.setPosition(at);
         if (const QTextTable* table = c.currentTable()) {
             const QTextTableCell cell = table->cellAt(at);
-            if (cell.format().boolProperty(prop::CellFiller) && cell.firstPosition() == cell.lastPosition())
+            if (rtftable::isFillerCell(cell))
                 return at - 1;
         }
     }
@@ -571,7 +569,7 @@ bool RichTextSurface::tabInTable(bool backwards)
         target = table->cellAt(cell.lastPosition() + 1);
     }
     // A cell of the grid the file had no cell for is passed over.
-    while (target.isValid() && target.format().boolProperty(prop::CellFiller)) {
+    while (target.isValid() && rtftable::isFillerCell(target)) {
         if (backwards ? target.firstPosition() - 1 <= table->firstPosition() - 1 : target.lastPosition() >= table->lastPosition())
             return true;
         target = table->cellAt(backwards ? target.firstPosition() - 1 : target.lastPosition() + 1);

@@ -558,10 +558,15 @@ void Builder::moveToCell(Level& l)
 
 // ---------------------------------------------------------------- writing
 
+bool isFillerCell(const QTextTableCell& cell)
+{
+    return cell.format().boolProperty(prop::CellFiller) && cell.firstPosition() == cell.lastPosition();
+}
+
 bool isOwnCell(const QTextTable& table, int row, int column)
 {
     const QTextTableCell c = table.cellAt(row, column);
-    return c.isValid() && c.column() == column && !c.format().boolProperty(prop::CellFiller);
+    return c.isValid() && c.column() == column && !isFillerCell(c);
 }
 
 namespace {
@@ -591,7 +596,7 @@ QTextTableCellFormat rowFormat(const QTextTable& table, int row)
 {
     for (int c = 0; c < table.columns(); ++c) {
         const QTextTableCell cell = table.cellAt(row, c);
-        if (cell.row() == row && cell.column() == c && !cell.format().boolProperty(prop::CellFiller))
+        if (cell.row() == row && cell.column() == c && !isFillerCell(cell))
             return cell.format().toTableCellFormat();
     }
     return table.cellAt(row, 0).format().toTableCellFormat();

@@ -155,6 +155,9 @@ private:
 QString rowDefinition(const QTextTable& table, int row, const std::function<int(qint64)>& colourIndex);
 // The colours a row's words use, in the order rowDefinition names them.
 std::vector<qint64> rowColours(const QTextTable& table, int row);
+// An empty place of the grid a short row has no cell for. Once something is
+// written in it, it is a cell like the others, and is saved as one.
+bool isFillerCell(const QTextTableCell& cell);
 // True for a cell the writer writes: not a filler, and the cell's own place.
 bool isOwnCell(const QTextTable& table, int row, int column);
 

@@ -504,7 +504,7 @@ QString Writer::run()
                     items.push_back(Item{Item::RowStart, {}, 0, {}, 1, {}, {}, table, cell.row(), int(level)});
                 }
                 OpenRow& o = open[level - 1];
-                filler = filler || cell.format().boolProperty(prop::CellFiller);
+                filler = filler || rtftable::isFillerCell(cell);
                 if (filler) {
                     o.current = -1;
                     break;

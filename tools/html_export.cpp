@@ -31,7 +31,7 @@ void frameTags(RichTextSurface& rtb, const QTextFrame* frame, std::map<long, QSt
                 long rowEnd = -1;
                 for (int c = 0; c < table->columns(); ++c) {
                     const QTextTableCell cell = table->cellAt(r, c);
-                    if (cell.row() != r || cell.column() != c || cell.format().boolProperty(prop::CellFiller))
+                    if (cell.row() != r || cell.column() != c || rtftable::isFillerCell(cell))
                         continue;
                     QString open = firstCell ? QStringLiteral("<table border=1>") : QString();
                     firstCell = false;

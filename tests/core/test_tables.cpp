@@ -118,6 +118,24 @@ TEST(Tables, RaggedRows)
     EXPECT_EQ(s.Text().toStdString(), "Ragged rows:\r\na1\ta2\ta3\r\nb1\tb2\r\nc1x\r\ndone");
     EXPECT_TRUE(tableDump(*s.document()).endsWith(QLatin1String("[0 \"c1x\"] -"))) << tableDump(*s.document()).toStdString();
     EXPECT_TRUE(positionsAgree(s));
+
+    // Text put in the empty place (a click there) makes it a cell, which is
+    // saved and comes back as one.
+    const auto* table = qobject_cast<QTextTable*>(s.document()->rootFrame()->childFrames().first());
+    ASSERT_NE(table, nullptr);
+    QTextCursor inPlace(s.document());
+    inPlace.setPosition(table->cellAt(2, 1).firstPosition());
+    inPlace.insertText(QStringLiteral("c2"));
+    EXPECT_EQ(s.Text().toStdString(), "Ragged rows:\r\na1\ta2\ta3\r\nb1\tb2\r\nc1x\tc2\r\ndone");
+    RichTextSurface back;
+    back.setTextRTF(s.TextRTF());
+    EXPECT_EQ(back.Text(), s.Text());
+    EXPECT_EQ(tableDump(*back.document()).toStdString(),
+              "table 3x4 edges 0,2000,3000,4000,6000 grid\n"
+              "  [0 \"a1\"] [1+2 \"a2\"] [3 \"a3\"]\n"
+              "  [0+2 \"b1\"] [2+2 \"b2\"]\n"
+              "  [0 \"c1x\"] [1+3 \"c2\"]");
+    EXPECT_TRUE(positionsAgree(back));
 }
 
 TEST(Tables, WrittenInTheRichEditShape)
