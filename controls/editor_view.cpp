@@ -169,6 +169,7 @@ public:
     }
 
 protected:
+    bool sceneEvent(QEvent* e) override;
     void keyPressEvent(QKeyEvent* e) override;
     void keyReleaseEvent(QKeyEvent* e) override;
     void inputMethodEvent(QInputMethodEvent* e) override;
@@ -346,6 +347,24 @@ void EditorTextItem::keyPressEvent(QKeyEvent* e)
     // Caret movement, selection, Backspace and Delete.
     QGraphicsTextItem::keyPressEvent(e);
     view_.itemMovedCursor();
+}
+
+// The text item gives Tab and Shift+Tab straight to its own text control,
+// past keyPressEvent: the KeyDown handlers and the move between table cells
+// would never see them.
+bool EditorTextItem::sceneEvent(QEvent* e)
+{
+    if (e->type() == QEvent::KeyPress || e->type() == QEvent::KeyRelease) {
+        auto* k = static_cast<QKeyEvent*>(e);
+        if (k->key() == Qt::Key_Tab || k->key() == Qt::Key_Backtab) {
+            if (e->type() == QEvent::KeyPress)
+                keyPressEvent(k);
+            else
+                keyReleaseEvent(k);
+            return true;
+        }
+    }
+    return QGraphicsTextItem::sceneEvent(e);
 }
 
 void EditorTextItem::keyReleaseEvent(QKeyEvent* e)

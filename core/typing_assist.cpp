@@ -43,6 +43,7 @@ constexpr int kTab = 9;
 constexpr int kEnter = 13;
 constexpr int kDelete = 46;
 constexpr int kF2 = 113;
+constexpr int kShift = 1;
 constexpr int kCtrl = 2;
 
 // The arrows of the font Wingdings that "<-" and "->" become.
@@ -244,8 +245,13 @@ void TypingAssist::KeyDown(int& code, int& shift)
     RichTextSurface& t = testo_;
 
     // Tab is a character of the text; the focus never leaves the document.
+    // In a table it goes to the next cell instead (Shift+Tab to the one
+    // before), as it does in every table a user has met.
     if (code == kTab) {
-        goOn([&] { t.setSelText(QStringLiteral("\t")); });
+        goOn([&] {
+            if (!t.tabInTable(shift & kShift))
+                t.setSelText(QStringLiteral("\t"));
+        });
         code = 0;
     }
 

@@ -184,6 +184,34 @@ TEST_F(Typing, AllRulesTogetherWhereverTheCaretIs)
 
 // Every ")" , "-" and ">" moves the selection over the text before it and
 // back, rule or no rule; each move runs the selection-change handler.
+// In a table Tab goes from cell to cell, selecting the cell it reaches,
+// Shift+Tab back; from the last cell it opens a new row. The text gets no
+// tab of its own there.
+TEST_F(Typing, TabMovesThroughTheCellsOfATable)
+{
+    rules({}, true);
+    t.setTextRTF(QStringLiteral("{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\pard top\\par"
+                                "\\trowd\\cellx1000\\cellx2000\\pard\\intbl a\\cell b\\cell\\row\\pard end\\par}"));
+    t.setSelStart(6);  // after "a"
+    std::vector<std::string> seen;
+    keys.type(QStringLiteral("\t"));
+    seen.push_back(shown(t));
+    keys.type(QStringLiteral("B"));
+    seen.push_back(shown(t));
+    keys.press(9, 1);
+    seen.push_back(shown(t));
+    keys.press(9);
+    keys.press(9);
+    keys.type(QStringLiteral("c"));
+    seen.push_back(shown(t));
+    t.setSelStart(1);
+    keys.type(QStringLiteral("\t"));
+    seen.push_back(shown(t));
+    EXPECT_EQ(seen, (std::vector<std::string>{"top\r\na\t[b]\r\nend", "top\r\na\tB|\r\nend",
+                                              "top\r\n[a]\tB\r\nend", "top\r\na\tB\r\nc|\t\r\nend",
+                                              "t\t|op\r\na\tB\r\nc\t\r\nend"}));
+}
+
 TEST_F(Typing, CorrectionsMoveTheSelectionAndPutItBack)
 {
     rules({});
