@@ -176,8 +176,9 @@ void RichTextSurface::onContentsChange()
 namespace {
 
 // Cells that follow another cell of their row (a tab), and tables behind
-// the empty paragraph that starts a document or a cell and the empty
-// places of short rows (nothing), table by table, nested ones too.
+// the empty paragraph that starts a document or a cell, the empty places of
+// short rows and the hidden block behind a table (nothing), table by table,
+// nested ones too.
 void collectCellMarks(const QTextDocument& doc, const QTextFrame* frame, std::vector<std::pair<int, char>>& out)
 {
     for (const QTextFrame* child : frame->childFrames()) {
@@ -186,6 +187,8 @@ void collectCellMarks(const QTextDocument& doc, const QTextFrame* frame, std::ve
             const QTextBlock before = doc.findBlock(start);
             if (before.length() == 1 && (start == 0 || doc.characterAt(start - 1) == QChar(0xFDD0)))
                 out.emplace_back(start, 0);
+            if (const QTextBlock after = doc.findBlock(table->lastPosition() + 1); rtftable::isHiddenAfterTable(after))
+                out.emplace_back(after.position(), 0);
             for (int r = 0; r < table->rows(); ++r) {
                 bool first = true;
                 for (int c = 0; c < table->columns(); ++c) {

@@ -875,6 +875,7 @@ void Reader::run()
         pendingBreak_ = false;
     }
     lexer_ = nullptr;
+    tables_.uncoverEmptyParagraphs();
     if (opt_.wholeDocument) {
         if (!pendingBreak_) {
             applyParagraph(top().pa);

@@ -379,6 +379,7 @@ void Builder::startRow(Level& l, const RowDef& def)
         tf.setLeftMargin(std::max(0, def.left) / kTwipsPerUnit);
         tf.setAlignment(def.align == 1 ? Qt::AlignHCenter : def.align == 2 ? Qt::AlignRight : Qt::AlignLeft);
         l.table = cursor_.insertTable(1, int(l.edges.size()), tf);
+        made_.emplace_back(l.table);
         l.row = 0;
     } else {
         for (int r : rights)
@@ -557,6 +558,53 @@ void Builder::moveToCell(Level& l)
 }
 
 // ---------------------------------------------------------------- writing
+
+namespace {
+
+// An empty block of more flow right behind the end of a frame.
+bool emptyBehindFrame(const QTextBlock& block)
+{
+    if (!block.isValid() || block.length() != 1 || block.position() == 0 || !block.next().isValid())
+        return false;
+    const QTextDocument* doc = block.document();
+    return doc->characterAt(block.position() - 1) == QChar(0xFDD1) &&
+           doc->characterAt(block.position()) == QChar::ParagraphSeparator;
+}
+
+}  // namespace
+
+bool isHiddenAfterTable(const QTextBlock& block)
+{
+    if (!emptyBehindFrame(block))
+        return false;
+    // The frame ending there is one of the tables in the block's own frame.
+    const QTextFrame* frame = QTextCursor(block).currentFrame();
+    if (!frame)
+        return false;
+    const int at = block.position();
+    const QList<QTextFrame*> children = frame->childFrames();
+    return std::any_of(children.begin(), children.end(), [at](const QTextFrame* f) {
+        return f->lastPosition() == at - 1 && qobject_cast<const QTextTable*>(f);
+    });
+}
+
+// Reading runs inside an edit block, where the document's tree of frames
+// is not brought up to date: each table built is asked directly.
+void Builder::uncoverEmptyParagraphs()
+{
+    for (const QPointer<QTextTable>& table : made_) {
+        if (!table)
+            continue;
+        QTextDocument* doc = table->document();
+        const QTextBlock after = doc->findBlock(table->lastPosition() + 1);
+        if (after.position() != table->lastPosition() + 1 || !emptyBehindFrame(after))
+            continue;
+        QTextCursor c(doc);
+        c.setPosition(after.position());
+        c.insertBlock(after.blockFormat(), after.charFormat());
+    }
+    made_.clear();
+}
 
 bool isFillerCell(const QTextTableCell& cell)
 {

@@ -14,6 +14,7 @@
 #include <QList>
 #include <QPointer>
 #include <QString>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextFormat>
 #include <QTextTable>
@@ -119,6 +120,9 @@ public:
     void endRow(int level, const Scan& scan);
     // End of input: leaves every table, the cursor behind the outermost.
     void closeAll() { while (!levels_.empty()) closeLevel(); }
+    // Once all is read: an empty paragraph right behind a table gets a
+    // block of the structure's own in front of it (see isHiddenAfterTable).
+    void uncoverEmptyParagraphs();
 
 private:
     struct Level {
@@ -147,6 +151,7 @@ private:
     ColourOf colourOf_;
     std::vector<Level> levels_;
     std::vector<RowDef> defs_;  // the last definition read, per level (0 is level 1)
+    std::vector<QPointer<QTextTable>> made_;  // every table built, in order
 };
 
 // The row-definition words of one row of a table, in the rich edit shape,
@@ -155,6 +160,11 @@ private:
 QString rowDefinition(const QTextTable& table, int row, const std::function<int(qint64)>& colourIndex);
 // The colours a row's words use, in the order rowDefinition names them.
 std::vector<qint64> rowColours(const QTextTable& table, int row);
+// The empty block right behind a table, with more of its flow after it. The
+// layout keeps it out of sight (a table is always followed by a block), so
+// it is the structure's, not the text's: Text and the writer pass over it,
+// and an empty paragraph of a file stands in the block after it.
+bool isHiddenAfterTable(const QTextBlock& block);
 // An empty place of the grid a short row has no cell for. Once something is
 // written in it, it is a cell like the others, and is saved as one.
 bool isFillerCell(const QTextTableCell& cell);

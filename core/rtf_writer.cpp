@@ -524,6 +524,9 @@ QString Writer::run()
                 closeRow();
             continue;
         }
+        // The block the layout hides behind a table is the structure's.
+        if (rtftable::isHiddenAfterTable(block))
+            continue;
         Item para{Item::Para, paraWordsOf(block)};
         para.para.itap = int(depth);
         if (const QTextList* list = block.textList()) {

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractTextDocumentLayout>
 #include <QDir>
 #include <QFile>
 #include <QTextBlock>
@@ -190,6 +191,32 @@ TEST(Tables, CellInsetsAndTheRowsLeftEdge)
     EXPECT_EQ(rtf.count(QLatin1String("\\trowd\\trgaph60\\trleft300\\cellx1500")), 2) << rtf.toStdString();
     EXPECT_EQ(rtf.count(QLatin1String("\\trowd\\trgaph150\\trleft300\\cellx1500")), 1) << rtf.toStdString();
     EXPECT_TRUE(test::wholeRoundTripHolds(s));
+}
+
+// An empty paragraph right after a table is seen, in the text and on the
+// screen, below the table; a paragraph of text there needs no such room.
+TEST(Tables, AnEmptyParagraphAfterATableShowsBelowIt)
+{
+    RichTextSurface s;
+    load(s, rtfDoc("\\pard top\\par\\trowd\\cellx1000\\pard\\intbl a\\cell\\row\\pard\\par\\pard b\\par"
+                   "\\trowd\\cellx1000\\pard\\intbl c\\cell\\row\\pard d\\par"));
+    EXPECT_EQ(s.Text().toStdString(), "top\r\na\r\n\r\nb\r\nc\r\nd");
+    EXPECT_TRUE(positionsAgree(s));
+    EXPECT_TRUE(test::wholeRoundTripHolds(s));
+    const QString rtf = s.TextRTF();
+    EXPECT_TRUE(rtf.contains(QLatin1String("a\\cell\\row\r\n\\pard\\par\r\nb\\par"))) << rtf.toStdString();
+    EXPECT_TRUE(rtf.contains(QLatin1String("c\\cell\\row\r\n\\pard d\\par"))) << rtf.toStdString();
+
+    QTextDocument& doc = *s.document();
+    const auto* first = qobject_cast<QTextTable*>(doc.rootFrame()->childFrames().first());
+    ASSERT_NE(first, nullptr);
+    const QRectF table = doc.documentLayout()->frameBoundingRect(const_cast<QTextTable*>(first));
+    const QRectF blank = doc.documentLayout()->blockBoundingRect(doc.findBlock(s.toDocPos(8)));
+    const QRectF b = doc.documentLayout()->blockBoundingRect(doc.findBlock(s.toDocPos(10)));
+    // Hidden, it would stand a whole line up, inside the table's last row.
+    EXPECT_GT(blank.top(), table.bottom() - blank.height() / 2);
+    EXPECT_GT(blank.height(), 0);
+    EXPECT_GE(b.top(), blank.bottom() - 1);
 }
 
 // Files no careful writer makes: each keeps all of its text, in order, in
