@@ -72,6 +72,60 @@ void BM_TypeCharacter50k(benchmark::State& state)
 }
 BENCHMARK(BM_TypeCharacter50k)->Unit(benchmark::kMicrosecond);
 
+// A table of 1,000 rows of 5 cells with borders, after a paragraph.
+QString tableDocument()
+{
+    QString rtf = QStringLiteral("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 Arial;}}\\pard Table:\\par");
+    for (int r = 0; r < 1000; ++r) {
+        rtf += QStringLiteral("\\trowd\\trgaph108\\trleft-108");
+        for (int c = 1; c <= 5; ++c)
+            rtf += QStringLiteral("\\clbrdrb\\brdrs\\brdrw10\\cellx%1").arg(c * 1800);
+        rtf += QStringLiteral("\\pard\\intbl");
+        for (int c = 0; c < 5; ++c)
+            rtf += QStringLiteral(" row %1 cell %2\\cell").arg(r).arg(c);
+        rtf += QStringLiteral("\\row");
+    }
+    return rtf + QStringLiteral("\\pard End.\\par}");
+}
+
+void BM_Table1000Rows_Read(benchmark::State& state)
+{
+    const QString rtf = tableDocument();
+    RichTextSurface s;
+    for (auto _ : state)
+        s.setTextRTF(rtf);
+    state.counters["chars"] = double(s.length());
+}
+BENCHMARK(BM_Table1000Rows_Read)->Unit(benchmark::kMillisecond);
+
+void BM_Table1000Rows_Write(benchmark::State& state)
+{
+    RichTextSurface s;
+    s.setTextRTF(tableDocument());
+    for (auto _ : state) {
+        const QString rtf = s.TextRTF();
+        benchmark::DoNotOptimize(rtf.constData());
+    }
+    state.counters["chars"] = double(s.length());
+}
+BENCHMARK(BM_Table1000Rows_Write)->Unit(benchmark::kMillisecond);
+
+// One character typed in a cell in the middle of the table and the text
+// before the caret read back, as after every key.
+void BM_Table1000Rows_TypeInCell(benchmark::State& state)
+{
+    RichTextSurface s;
+    s.setTextRTF(tableDocument());
+    s.setSelStart(long(s.Text().indexOf(QLatin1String("row 500 cell 2"))) + 3);
+    for (auto _ : state) {
+        s.typeText(QStringLiteral("x"));
+        const long caret = s.SelStart();
+        benchmark::DoNotOptimize(s.Text().at(caret - 1));
+    }
+    state.counters["chars"] = double(s.length());
+}
+BENCHMARK(BM_Table1000Rows_TypeInCell)->Unit(benchmark::kMicrosecond);
+
 // One temporary copy of the large file for the whole run.
 const QString& largeFile()
 {

@@ -608,7 +608,8 @@ void Builder::uncoverEmptyParagraphs()
 
 bool isFillerCell(const QTextTableCell& cell)
 {
-    return cell.format().boolProperty(prop::CellFiller) && cell.firstPosition() == cell.lastPosition();
+    // The cheap test first: the positions, then the format.
+    return cell.firstPosition() == cell.lastPosition() && cell.format().boolProperty(prop::CellFiller);
 }
 
 bool isOwnCell(const QTextTable& table, int row, int column)
