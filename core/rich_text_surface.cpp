@@ -537,7 +537,14 @@ QTextCharFormat RichTextSurface::insertionFormat() const
 void RichTextSurface::setSelText(const QString& text)
 {
     QTextCharFormat f = insertionFormat();
-    const QString docText = toDocumentText(text);
+    QString docText = toDocumentText(text);
+    // A paragraph break at the start of the paragraph behind a table would
+    // leave an empty block right behind the table, which the layout keeps
+    // out of sight: a block of the structure's own goes in front of it, so
+    // the break typed is seen.
+    if (!cursor_.hasSelection() && docText.startsWith(u'\n') && cursor_.position() == cursor_.block().position() &&
+        rtftable::standsBehindTable(cursor_.block()))
+        docText.prepend(u'\n');
     if (textCacheValid_)
         pendingSplice_ = Splice{SelStart(), SelLength(), cursor_.selectionStart()};
     cursor_.beginEditBlock();

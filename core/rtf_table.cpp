@@ -575,7 +575,12 @@ bool emptyBehindFrame(const QTextBlock& block)
 
 bool isHiddenAfterTable(const QTextBlock& block)
 {
-    if (!emptyBehindFrame(block))
+    return emptyBehindFrame(block) && standsBehindTable(block);
+}
+
+bool standsBehindTable(const QTextBlock& block)
+{
+    if (!block.isValid() || block.position() == 0 || block.document()->characterAt(block.position() - 1) != QChar(0xFDD1))
         return false;
     // The frame ending there is one of the tables in the block's own frame.
     const QTextFrame* frame = QTextCursor(block).currentFrame();

@@ -165,6 +165,8 @@ std::vector<qint64> rowColours(const QTextTable& table, int row);
 // it is the structure's, not the text's: Text and the writer pass over it,
 // and an empty paragraph of a file stands in the block after it.
 bool isHiddenAfterTable(const QTextBlock& block);
+// The block starts right where a table ends.
+bool standsBehindTable(const QTextBlock& block);
 // An empty place of the grid a short row has no cell for. Once something is
 // written in it, it is a cell like the others, and is saved as one.
 bool isFillerCell(const QTextTableCell& cell);

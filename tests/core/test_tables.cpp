@@ -217,6 +217,26 @@ TEST(Tables, AnEmptyParagraphAfterATableShowsBelowIt)
     EXPECT_GT(blank.top(), table.bottom() - blank.height() / 2);
     EXPECT_GT(blank.height(), 0);
     EXPECT_GE(b.top(), blank.bottom() - 1);
+
+
+    // Enter at the start of the paragraph behind a table, or at the end of
+    // a document that ends with a table, makes an empty paragraph like the
+    // file's: in the text, on the screen and in what is saved.
+    s.setSelStart(long(s.Text().indexOf(u'd')));
+    s.setSelText(QStringLiteral("\r\n"));
+    EXPECT_EQ(s.Text().toStdString(), "top\r\na\r\n\r\nb\r\nc\r\n\r\nd");
+    EXPECT_EQ(s.SelStart(), s.length() - 1);
+    EXPECT_TRUE(positionsAgree(s));
+    EXPECT_TRUE(test::wholeRoundTripHolds(s));
+    RichTextSurface last;
+    load(last, rtfDoc("\\trowd\\cellx1000\\pard\\intbl a\\cell\\row"));
+    EXPECT_EQ(last.Text().toStdString(), "a\r\n");
+    last.setSelStart(last.length());
+    last.setSelText(QStringLiteral("\r\n"));
+    last.setSelText(QStringLiteral("z"));
+    EXPECT_EQ(last.Text().toStdString(), "a\r\n\r\nz");
+    EXPECT_TRUE(positionsAgree(last));
+    EXPECT_TRUE(test::wholeRoundTripHolds(last));
 }
 
 // Files no careful writer makes: each keeps all of its text, in order, in
