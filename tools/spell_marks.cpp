@@ -215,8 +215,11 @@ void SpellMarks::checkBlock(const QTextBlock& block)
         if (!isMark(r))
             ranges.append(r);
     const int kept = int(ranges.size());
+    // The word the caret stands in or at the end of is being typed, also
+    // when it is typed in front of another word and runs into it.
+    const int at = caret - block.position();
     for (const WordSpan& w : checker_.misspelled(text)) {
-        if (typingHere && block.position() + w.start + w.length == caret)
+        if (typingHere && w.start < at && at <= w.start + w.length)
             continue;
         ranges.append({w.start, w.length, markFormat()});
     }

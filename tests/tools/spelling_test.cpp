@@ -178,6 +178,18 @@ TEST_F(MarksTest, AWordIsCheckedOnceFinished)
     s.setSelStart(s.length());
     type("ciaoo\r");
     EXPECT_EQ(marked(), (QStringList{"bellla", "ciaoo"}));
+    // A word typed in front of another runs into it until the blank: the
+    // two make no marked word while it is typed.
+    s.setSelStart(0);
+    type("Ecc");
+    EXPECT_EQ(marked(), (QStringList{"bellla", "ciaoo"}));
+    type("o ");
+    EXPECT_EQ(marked(), (QStringList{"bellla", "ciaoo"}));
+    s.setSelStart(s.Text().indexOf("casa"));
+    type("xx");
+    EXPECT_EQ(marked(), (QStringList{"bellla", "ciaoo"}));
+    s.setSelStart(s.length());
+    EXPECT_EQ(marked(), (QStringList{"xxcasa", "bellla", "ciaoo"}));
 }
 
 // A long document is checked from the event loop, but not between the keys
