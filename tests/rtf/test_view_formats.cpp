@@ -164,3 +164,30 @@ TEST_F(View, ShowingChangesNothingInTheDocument)
     grab();
     EXPECT_LT(wordBox("HIDxDEN").width(), 9);
 }
+
+// Text typed before a hidden word moves its display format along with it,
+// and the ranges others keep in the same layout (the spelling's marks) stay
+// when the painter updates its own.
+TEST_F(View, DisplayFormatsFollowTheTypingAndLeaveOthersRanges)
+{
+    select(surface, 0, 0);
+    surface.typeText(QStringLiteral("yy "));
+    grab();
+    EXPECT_LT(wordBox("HIDDEN").width(), 8);
+
+    const QTextBlock block = surface.document()->firstBlock();
+    QTextCharFormat theirs;
+    theirs.setProperty(QTextFormat::UserProperty + 900, true);
+    theirs.setFontOverline(true);
+    QList<QTextLayout::FormatRange> ranges = block.layout()->formats();
+    ranges.append({0, 2, theirs});
+    block.layout()->setFormats(ranges);
+    select(surface, 1, 0);
+    surface.typeText(QStringLiteral("z"));
+    grab();
+    EXPECT_LT(wordBox("HIDDEN").width(), 8);
+    int kept = 0;
+    for (const auto& r : surface.document()->firstBlock().layout()->formats())
+        kept += r.format.hasProperty(QTextFormat::UserProperty + 900);
+    EXPECT_EQ(kept, 1);
+}
