@@ -146,25 +146,23 @@ int halfPointsOf(const QTextCharFormat& f, const QTextCharFormat& fallback)
     return std::max(1, int(std::lround(pt * 2)));
 }
 
-qint64 foregroundOf(const QTextCharFormat& f)
+namespace {
+// A colour is "none" both when the property is absent and when it holds an
+// empty brush, which is how Qt clears a colour set earlier.
+qint64 brushColourOf(const QTextCharFormat& f, int property)
 {
-    if (!f.hasProperty(QTextFormat::ForegroundBrush))
+    if (!f.hasProperty(property))
         return -1;
-    const QBrush b = f.foreground();
+    const QBrush b = f.brushProperty(property);
     if (b.style() == Qt::NoBrush)
         return -1;
     return toColour(b.color());
 }
+} // namespace
 
-qint64 highlightOf(const QTextCharFormat& f)
-{
-    if (!f.hasProperty(QTextFormat::BackgroundBrush))
-        return -1;
-    const QBrush b = f.background();
-    if (b.style() == Qt::NoBrush)
-        return -1;
-    return toColour(b.color());
-}
+qint64 foregroundOf(const QTextCharFormat& f) { return brushColourOf(f, QTextFormat::ForegroundBrush); }
+
+qint64 highlightOf(const QTextCharFormat& f) { return brushColourOf(f, QTextFormat::BackgroundBrush); }
 
 int alignmentOf(const QTextBlockFormat& f)
 {
