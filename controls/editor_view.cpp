@@ -526,10 +526,13 @@ void EditorView::clipEditRepaints()
         // document's own paragraphs are cut.
         if (editedFrom_ >= 0 && doc->frameAt(editedFrom_) == doc->rootFrame()) {
             const QTextBlock block = doc->findBlock(editedFrom_);
-            const qreal top = layout->blockBoundingRect(block).top();
-            if (block.isValid() && clipped.top() < top && clipped.bottom() > top)
+            const qreal top = block.isValid() ? layout->blockBoundingRect(block).top() : 0;
+            if (clipped.top() < top && clipped.bottom() > top)
                 clipped.setTop(top);
         }
+        // One area per edit: what follows (a new width, a lazy layout step)
+        // is the layout's own.
+        editedFrom_ = -1;
         QMetaObject::invokeMethod(control, "updateRequest", Qt::DirectConnection, Q_ARG(QRectF, clipped));
     });
 }
