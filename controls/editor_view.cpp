@@ -505,6 +505,7 @@ EditorView::EditorView(RichTextSurface& surface, QWidget* parent)
     item_->setFocus();
     item_->setTextCursor(surface_.cursor());
     new FormatPainter(doc, this);
+    clipEditRepaints();
 
     connect(doc->documentLayout(), &QAbstractTextDocumentLayout::documentSizeChanged, this,
             [this](const QSizeF&) { updateSceneRect(); });
@@ -520,6 +521,45 @@ EditorView::EditorView(RichTextSurface& surface, QWidget* parent)
 
     applyBackColor();
     applyZoom();
+}
+
+void EditorView::clipEditRepaints()
+{
+    // Qt's layout tells what to repaint after an edit from the paragraph it
+    // starts laying out at. When the edited paragraph is the first after
+    // one of the points the layout restarts from, nothing above it has set
+    // the top of that area, and it reaches up to the top of the document:
+    // in such a paragraph every key repainted the whole window above it.
+    // Nothing above the first paragraph an edit touches can change, so the
+    // area is cut there before it reaches the item.
+    QTextDocument* doc = surface_.document();
+    QAbstractTextDocumentLayout* layout = doc->documentLayout();
+    QObject* control = nullptr;
+    for (QObject* child : item_->children())
+        if (child->inherits("QWidgetTextControl"))
+            control = child;
+    // The control passes the layout's area on as its own updateRequest,
+    // which the item repaints; the cut area goes the same way.
+    if (!control || !QObject::disconnect(layout, SIGNAL(update(QRectF)), control, nullptr))
+        return;
+    connect(doc, &QTextDocument::contentsChange, this, [this](int from, int, int) { editedFrom_ = from; });
+    // The edit is over, its layout and repaint with it.
+    connect(doc, &QTextDocument::contentsChanged, this, [this] { editedFrom_ = -1; });
+    connect(layout, &QAbstractTextDocumentLayout::update, control, [this, doc, layout, control](const QRectF& area) {
+        QRectF clipped = area;
+        // In a table the cells beside the edited one may move; only the
+        // document's own paragraphs are cut.
+        if (editedFrom_ >= 0 && doc->frameAt(editedFrom_) == doc->rootFrame()) {
+            const QTextBlock block = doc->findBlock(editedFrom_);
+            const qreal top = block.isValid() ? layout->blockBoundingRect(block).top() : 0;
+            if (clipped.top() < top && clipped.bottom() > top)
+                clipped.setTop(top);
+        }
+        // One area per edit: what follows (a new width, a lazy layout step)
+        // is the layout's own.
+        editedFrom_ = -1;
+        QMetaObject::invokeMethod(control, "updateRequest", Qt::DirectConnection, Q_ARG(QRectF, clipped));
+    });
 }
 
 EditorView::~EditorView()

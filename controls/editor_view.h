@@ -87,6 +87,7 @@ private:
     void updateSceneRect();
     void placePage();
     void applyFrame();
+    void clipEditRepaints();
     void reportPageOrigin();
     void scheduleEnsureCaretVisible();
     void ensureCaretVisible();
@@ -108,6 +109,8 @@ private:
     int lastPageOrigin_ = -1;
     qreal zoom_ = 1.0;
     bool caretCheckPending_ = false;
+    // Where the edit being laid out starts, -1 outside an edit.
+    int editedFrom_ = -1;
 };
 
 }  // namespace tornelia

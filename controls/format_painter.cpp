@@ -61,11 +61,48 @@ FormatPainter::~FormatPainter()
     doc_->markContentsDirty(0, doc_->characterCount());
 }
 
+namespace {
+
+// Marks the ranges the painter set among a layout's extra formats, so that
+// those of others (the spelling's marks) stay when the painter's own change.
+constexpr int kDisplayRange = QTextFormat::UserProperty + 61;
+
+QList<QTextLayout::FormatRange> ownDisplayFormats(const QTextBlock& block)
+{
+    QList<QTextLayout::FormatRange> ranges = FormatPainter::displayFormats(block);
+    for (auto& r : ranges)
+        r.format.setProperty(kDisplayRange, true);
+    return ranges;
+}
+
+// Gives the block its display formats, keeping the other ranges after
+// them. Setting a layout's formats makes its whole paragraph, with the
+// paragraph mark, a change of the document, and the layout then lays out
+// the next paragraph as well: so nothing is set when nothing would change,
+// which is the paragraph of plain text being typed in.
+void applyDisplayFormats(const QTextBlock& block)
+{
+    QTextLayout* layout = block.layout();
+    if (!layout)
+        return;
+    QList<QTextLayout::FormatRange> ranges = ownDisplayFormats(block);
+    const QList<QTextLayout::FormatRange> old = layout->formats();
+    QList<QTextLayout::FormatRange> oldOwn;
+    QList<QTextLayout::FormatRange> others;
+    for (const auto& r : old)
+        (r.format.hasProperty(kDisplayRange) ? oldOwn : others).append(r);
+    if (oldOwn == ranges)
+        return;
+    ranges.append(others);
+    layout->setFormats(ranges);
+}
+
+}  // namespace
+
 void FormatPainter::refresh()
 {
     for (QTextBlock b = doc_->begin(); b.isValid(); b = b.next())
-        if (b.layout())
-            b.layout()->setFormats(displayFormats(b));
+        applyDisplayFormats(b);
     doc_->markContentsDirty(0, doc_->characterCount());
 }
 
@@ -75,8 +112,7 @@ void FormatPainter::onContentsChange(int from, int /*removed*/, int added)
     // right after, with the formats set here.
     const QTextBlock last = doc_->findBlock(from + added);
     for (QTextBlock b = doc_->findBlock(from); b.isValid(); b = b.next()) {
-        if (b.layout())
-            b.layout()->setFormats(displayFormats(b));
+        applyDisplayFormats(b);
         if (b == last)
             break;
     }

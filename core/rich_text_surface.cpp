@@ -304,7 +304,6 @@ constexpr qsizetype kLazyLayoutFrom = 200000;
 void RichTextSurface::replaceWhole(qsizetype size, const std::function<void()>& build)
 {
     const bool lazy = size >= kLazyLayoutFrom && doc_->isLayoutEnabled();
-    const int before = doc_->characterCount();
     if (lazy)
         doc_->setLayoutEnabled(false);
     build();
@@ -316,9 +315,12 @@ void RichTextSurface::replaceWhole(qsizetype size, const std::function<void()>& 
         pendingFormat_.reset();
         notifySelection();
         // Those who follow the document's changes (display formats, the
-        // spelling, the line count) hear of it as of any edit; the layout,
-        // switched back on, starts again from the top.
-        emit doc_->contentsChange(0, before, doc_->characterCount());
+        // spelling, the line count) heard of it from the edit itself, layout
+        // or none. Telling them again here would be worse than twice the
+        // work: the display formats they set then stay a pending change of
+        // the whole document, which the next key takes in, so that its
+        // layout and spelling run over everything. The layout, switched
+        // back on, starts again from the top.
         doc_->setLayoutEnabled(true);
     }
 }

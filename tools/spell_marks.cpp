@@ -25,6 +25,10 @@ constexpr int kSpellMark = QTextFormat::UserProperty + 60;
 constexpr int kLargeChange = 2000;
 // A slice yields to the event loop after this long.
 constexpr int kSliceMs = 8;
+// The rest of a document waits while the person types: checked between two
+// keys, every key of a long document would wait a slice for it. It goes on
+// after a pause this long; the paragraph being typed is checked at each key.
+constexpr int kTypingPauseMs = 500;
 const QString kMenuTag = QStringLiteral("spelling");
 
 QTextCharFormat markFormat()
@@ -50,7 +54,16 @@ SpellMarks::SpellMarks(RichTextSurface& testo, SpellChecker& checker, EditorView
     connect(&testo_, &RichTextSurface::cursorMoved, this, &SpellMarks::caretMoved);
     timer_.setSingleShot(true);
     timer_.setInterval(0);
-    connect(&timer_, &QTimer::timeout, this, [this] { runSlice(kSliceMs); });
+    connect(&timer_, &QTimer::timeout, this, [this] {
+        // A word finished by moving the caret is one paragraph: at once.
+        const bool large = visibleFirst_ || std::any_of(queue_.begin(), queue_.end(),
+                                                        [](const auto& r) { return r.second > r.first; });
+        if (large && typing_.isValid() && !typing_.hasExpired(kTypingPauseMs)) {
+            timer_.start(int(kTypingPauseMs - typing_.elapsed()));
+            return;
+        }
+        runSlice(kSliceMs);
+    });
     recheckAll();
 }
 
@@ -86,7 +99,7 @@ bool SpellMarks::busy() const { return enabled_ && (!queue_.empty() || visibleFi
 void SpellMarks::schedule()
 {
     if (enabled_ && !timer_.isActive())
-        timer_.start();
+        timer_.start(0);
 }
 
 void SpellMarks::contentsChange(int pos, int removed, int added)
@@ -110,6 +123,7 @@ void SpellMarks::contentsChange(int pos, int removed, int added)
     }
     // Typing: the word that ends at the caret is not finished yet.
     typingAt_ = pos + added;
+    typing_.start();
     // The paragraph is checked now, before the layout takes in the change:
     // its marks then move with the text in the same layout pass, where a
     // later check would lay the paragraph out a second time.
@@ -177,7 +191,7 @@ void SpellMarks::runSlice(int budgetMs)
             break;
     }
     if (busy())
-        timer_.start();
+        timer_.start(0);
 }
 
 void SpellMarks::finish()
@@ -201,8 +215,11 @@ void SpellMarks::checkBlock(const QTextBlock& block)
         if (!isMark(r))
             ranges.append(r);
     const int kept = int(ranges.size());
+    // The word the caret stands in or at the end of is being typed, also
+    // when it is typed in front of another word and runs into it.
+    const int at = caret - block.position();
     for (const WordSpan& w : checker_.misspelled(text)) {
-        if (typingHere && block.position() + w.start + w.length == caret)
+        if (typingHere && w.start < at && at <= w.start + w.length)
             continue;
         ranges.append({w.start, w.length, markFormat()});
     }

@@ -15,6 +15,7 @@
 #include "core/undo_store.h"
 #include "tools/spell_checker.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPoint>
 #include <QTimer>
@@ -74,6 +75,8 @@ private:
     bool visibleFirst_ = false;
     // Where the person is typing a word: it is not checked until finished.
     int typingAt_ = -1;
+    // Since the last key typed; invalid before the first.
+    QElapsedTimer typing_;
 };
 
 // The spelling of one window: the dictionary, the marks over its view and

@@ -13,7 +13,9 @@
 #include <QScrollBar>
 #include <QTextBlock>
 
+#include <array>
 #include <string>
+#include <vector>
 
 namespace tornelia {
 namespace {
@@ -79,6 +81,37 @@ TEST_F(BigDocumentTest, ASixteenMegabyteFileOpensWholeAndTheWindowAnswers)
     EXPECT_TRUE(s.Text().endsWith(QStringLiteral("grande.Fine")));
     EXPECT_EQ(window.editor()->textItem()->textCursor().position(), s.document()->characterCount() - 1);
     EXPECT_TRUE(window.isVisible());
+}
+
+// A document large enough to be laid out after it is read: those who follow
+// the document's changes hear of the new text once, and the first key after
+// it is a change of one character, not of the whole document again (which
+// laid the whole document out anew and checked its spelling from the top).
+TEST_F(BigDocumentTest, TheFirstKeyAfterALargeDocumentChangesOnlyItsCharacter)
+{
+    QString text;
+    for (int i = 0; text.size() < 300000; ++i)
+        text += QStringLiteral("Paragrafo %1 con parole da leggere e da correggere.\r\n").arg(i);
+    text += QStringLiteral("fine");
+
+    RichTextSurface& s = testo();
+    std::vector<std::array<int, 3>> heard;
+    QObject::connect(s.document(), &QTextDocument::contentsChange, &window,
+                     [&](int from, int removed, int added) { heard.push_back({from, removed, added}); });
+    const int before = s.document()->characterCount();
+    s.setText(text);
+    QApplication::processEvents();
+    const int after = s.document()->characterCount();
+    ASSERT_EQ(heard.size(), 1u);
+    EXPECT_EQ(heard[0][0], 0);
+    EXPECT_EQ(heard[0][2] - heard[0][1], after - before);
+
+    heard.clear();
+    s.setSelStart(150000);
+    const int at = s.cursor().position();
+    typeKeys(window.editor(), "x");
+    QApplication::processEvents();
+    EXPECT_EQ(heard, (std::vector<std::array<int, 3>>{{at, 0, 1}}));
 }
 
 }  // namespace

@@ -14,7 +14,9 @@
 #include <QGraphicsTextItem>
 #include <QImage>
 #include "controls/format_painter.h"
+#include <QPaintEvent>
 #include <QTextBlock>
+#include <QTextCursor>
 #include <QTextLayout>
 
 using namespace tornelia;
@@ -163,4 +165,77 @@ TEST_F(View, ShowingChangesNothingInTheDocument)
     EXPECT_EQ(changes, 1);
     grab();
     EXPECT_LT(wordBox("HIDxDEN").width(), 9);
+}
+
+// Text typed before a hidden word moves its display format along with it,
+// and the ranges others keep in the same layout (the spelling's marks) stay
+// when the painter updates its own.
+TEST_F(View, DisplayFormatsFollowTheTypingAndLeaveOthersRanges)
+{
+    select(surface, 0, 0);
+    surface.typeText(QStringLiteral("yy "));
+    grab();
+    EXPECT_LT(wordBox("HIDDEN").width(), 8);
+
+    const QTextBlock block = surface.document()->firstBlock();
+    QTextCharFormat theirs;
+    theirs.setProperty(QTextFormat::UserProperty + 900, true);
+    theirs.setFontOverline(true);
+    QList<QTextLayout::FormatRange> ranges = block.layout()->formats();
+    ranges.append({0, 2, theirs});
+    block.layout()->setFormats(ranges);
+    select(surface, 1, 0);
+    surface.typeText(QStringLiteral("z"));
+    grab();
+    EXPECT_LT(wordBox("HIDDEN").width(), 8);
+    int kept = 0;
+    for (const auto& r : surface.document()->firstBlock().layout()->formats())
+        kept += r.format.hasProperty(QTextFormat::UserProperty + 900);
+    EXPECT_EQ(kept, 1);
+}
+
+// A key repaints from its own paragraph down, never the part of the window
+// above it, whichever paragraph of a long document it is typed into (the
+// layout restarts at points down the document, and right after one of them
+// it asked to repaint from the top of the document).
+TEST(EditorRepaint, AKeyRepaintsNothingAboveItsParagraph)
+{
+    struct Paints : QObject {
+        QRegion painted;
+        bool eventFilter(QObject*, QEvent* e) override
+        {
+            if (e->type() == QEvent::Paint)
+                painted += static_cast<QPaintEvent*>(e)->region();
+            return false;
+        }
+    };
+    RichTextSurface surface;
+    QString text;
+    for (int i = 0; i < 240; ++i)
+        text += QStringLiteral("Paragrafo %1 di una lettera lunga, con parole e ancora parole da leggere.\r\n").arg(i);
+    surface.setText(text);
+    EditorView view(surface);
+    view.resize(700, 500);
+    view.show();
+    surface.document()->documentLayout()->documentSize();
+    QApplication::processEvents();
+    Paints paints;
+    view.viewport()->installEventFilter(&paints);
+
+    std::vector<int> repaintedAbove;
+    for (int n = 0; n + 1 < surface.document()->blockCount(); ++n) {
+        const QTextBlock block = surface.document()->findBlockByNumber(n);
+        QTextCursor at(block);
+        at.setPosition(block.position() + 10);
+        surface.adoptCursor(at);
+        QApplication::processEvents();
+        paints.painted = QRegion();
+        surface.typeText(QStringLiteral("x"));
+        QApplication::processEvents();
+        const qreal top = surface.document()->documentLayout()->blockBoundingRect(block).top();
+        const int topInView = view.mapFromScene(view.textItem()->mapToScene(QPointF(0, top))).y();
+        if (!paints.painted.isEmpty() && paints.painted.boundingRect().top() < topInView - 2)
+            repaintedAbove.push_back(n);
+    }
+    EXPECT_EQ(repaintedAbove, std::vector<int>{});
 }

@@ -6,6 +6,8 @@
 #include "core/undo_store.h"
 
 #include <QAction>
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QLineEdit>
 #include <QListWidget>
@@ -15,6 +17,8 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <set>
 
 using namespace tornelia;
 
@@ -174,6 +178,55 @@ TEST_F(MarksTest, AWordIsCheckedOnceFinished)
     s.setSelStart(s.length());
     type("ciaoo\r");
     EXPECT_EQ(marked(), (QStringList{"bellla", "ciaoo"}));
+    // A word typed in front of another runs into it until the blank: the
+    // two make no marked word while it is typed.
+    s.setSelStart(0);
+    type("Ecc");
+    EXPECT_EQ(marked(), (QStringList{"bellla", "ciaoo"}));
+    type("o ");
+    EXPECT_EQ(marked(), (QStringList{"bellla", "ciaoo"}));
+    s.setSelStart(s.Text().indexOf("casa"));
+    type("xx");
+    EXPECT_EQ(marked(), (QStringList{"bellla", "ciaoo"}));
+    s.setSelStart(s.length());
+    EXPECT_EQ(marked(), (QStringList{"xxcasa", "bellla", "ciaoo"}));
+}
+
+// A long document is checked from the event loop, but not between the keys
+// of someone typing: the paragraph typed in is checked at each key, the rest
+// once the typing pauses.
+TEST_F(MarksTest, TheRestOfALongDocumentWaitsWhileThePersonTypes)
+{
+    QString text;
+    for (int i = 0; i < 200; ++i)
+        text += QStringLiteral("La casa è bella e la csa no.\r\n");
+    s.setText(text + QStringLiteral("Fine"));
+    s.setSelStart(s.length());
+    for (QChar c : QStringLiteral(" ciaoo bellla "))
+        s.typeText(QString(c));
+    const auto paragraphsMarked = [&] {
+        std::set<int> blocks;
+        for (const WordSpan& w : session->marks().marks())
+            blocks.insert(s.document()->findBlock(w.start).blockNumber());
+        return blocks;
+    };
+    // The keys and the event loop for a moment after them: the last
+    // paragraph only.
+    QElapsedTimer moment;
+    moment.start();
+    while (moment.elapsed() < 100)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
+    EXPECT_EQ(paragraphsMarked(), std::set<int>{200});
+    EXPECT_TRUE(session->marks().busy());
+
+    // Left alone, the checking goes on by itself and reaches every paragraph.
+    QElapsedTimer waited;
+    waited.start();
+    while (session->marks().busy() && waited.elapsed() < 10000)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+    EXPECT_FALSE(session->marks().busy());
+    EXPECT_EQ(paragraphsMarked().size(), 201u);
+    EXPECT_EQ(session->marks().marks().size(), 202u);
 }
 
 TEST_F(MarksTest, TheContextMenuPutsSuggestionsAboveItsOwnEntries)
