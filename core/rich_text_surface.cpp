@@ -151,6 +151,11 @@ void RichTextSurface::onContentsChange()
     // what a replace-all of thousands of hits or typing in a long document
     // pays over and over. Any other change (formats, the RTF reader, a view
     // writing to the document) drops the cache.
+    // Typing inside a paragraph only moves the table marks behind it.
+    // Collecting them again walks every cell of every table, which made each
+    // key in a long table cost the whole table.
+    const bool marksMoved =
+        pendingSplice_ && pendingSplice_->inOneBlock && moveCellMarks(pendingSplice_->docFrom, cursor_.position());
     if (pendingSplice_ && textCacheValid_) {
         const Splice sp = *pendingSplice_;
         const int docEnd = cursor_.position();
@@ -165,7 +170,8 @@ void RichTextSurface::onContentsChange()
     } else {
         textCacheValid_ = false;
     }
-    cellTabsValid_ = false;
+    if (!marksMoved)
+        cellTabsValid_ = false;
     pendingSplice_.reset();
     ++changeCount_;
     emit Change();
@@ -226,6 +232,27 @@ const std::vector<std::pair<int, char>>& RichTextSurface::cellTabs() const
         cellTabsSize_ = size;
     }
     return cellTabs_;
+}
+
+bool RichTextSurface::moveCellMarks(int from, int to)
+{
+    const std::pair<int, int> size{doc_->characterCount(), doc_->blockCount()};
+    if (!cellTabsValid_ || size.second != cellTabsSize_.second)
+        return false;
+    const int delta = size.first - cellTabsSize_.first;
+    const QTextBlock block = doc_->findBlock(from);
+    // The marks of the empty places (the paragraph in front of a table, the
+    // end of a short row, the block behind a table) come and go as their
+    // paragraph fills or empties, and a new text of several paragraphs may
+    // hold a table: those are collected again.
+    if (!block.isValid() || to < from || to >= block.position() + block.length() || block.length() <= 1 ||
+        block.length() - delta <= 1)
+        return false;
+    for (auto& m : cellTabs_)
+        if (m.first >= from)
+            m.first += delta;
+    cellTabsSize_ = size;
+    return true;
 }
 
 long RichTextSurface::tabsBefore(int docPos) const
@@ -548,7 +575,8 @@ void RichTextSurface::setSelText(const QString& text)
         rtftable::standsBehindTable(cursor_.block()))
         docText.prepend(u'\n');
     if (textCacheValid_)
-        pendingSplice_ = Splice{SelStart(), SelLength(), cursor_.selectionStart()};
+        pendingSplice_ = Splice{SelStart(), SelLength(), cursor_.selectionStart(),
+                                doc_->findBlock(cursor_.selectionStart()) == doc_->findBlock(cursor_.selectionEnd())};
     cursor_.beginEditBlock();
     cursor_.removeSelectedText();
     cursor_.insertText(isSymbolCharset(f) ? toSymbolBytes(docText) : docText, f);

@@ -210,6 +210,7 @@ signals:
 
 private:
     void onContentsChange();
+    bool moveCellMarks(int from, int to);
     void notifySelection();
     void setCursor(const QTextCursor& c);
     QTextCharFormat insertionFormat() const;
@@ -254,6 +255,8 @@ private:
         long from;
         long removed;
         int docFrom;
+        // The text replaced lay inside one paragraph.
+        bool inOneBlock;
     };
     std::optional<Splice> pendingSplice_;
     int selectionNotifyBlock_ = 0;

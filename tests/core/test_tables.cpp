@@ -327,6 +327,53 @@ TEST(Tables, EditingInCells)
     EXPECT_EQ(s.Text().toStdString(), "Top\r\nA\tB\r\nC\tD\r\nEnd");
 }
 
+// Keys typed into and around tables keep the positions of everything
+// behind them right: after each edit the surface sees the text and the
+// positions that a surface reading the same document afresh sees.
+TEST(Tables, EditsKeepThePositionsBehindThem)
+{
+    RichTextSurface s;
+    s.LoadFile(sample("table_ragged_rows.rtf"), RichTextSurface::RtfKind);
+    const auto fresh = [&s] {
+        RichTextSurface t;
+        t.setTextRTF(s.TextRTF());
+        return t.Text().toStdString();
+    };
+    const auto at = [&s](const char* text, long offset) {
+        s.setSelStart(long(s.Text().indexOf(QLatin1String(text))) + offset);
+    };
+    struct Step {
+        const char* where;
+        long offset;
+        long select;
+        const char* typed;
+    };
+    const Step steps[] = {
+        {"a2", 1, 0, "y"},           // in a cell, with cells behind it
+        {"a1", 0, 0, "z"},           // at the start of the first cell
+        {"b2", 2, 0, "\r\n"},      // a second paragraph in a cell
+        {"b2", 0, 2, "B"},           // a selection inside a cell replaced
+        {"c1", 2, 0, "x"},           // the end of the short row
+        {"Ragged", 0, 0, "Q"},       // the paragraph in front of the table
+        {"done", 4, 0, " ok"},       // behind the table
+        {"a1", 1, 6, "w"},           // a selection across cells
+    };
+    for (const Step& step : steps) {
+        at(step.where, step.offset);
+        s.setSelLength(step.select);
+        s.typeText(QString::fromLatin1(step.typed));
+        ASSERT_EQ(s.Text().toStdString(), fresh()) << "after typing at " << step.where;
+        ASSERT_TRUE(positionsAgree(s)) << "after typing at " << step.where;
+    }
+    // Backspace at the start of the paragraph behind the table.
+    at("done", 0);
+    s.setSelStart(s.SelStart() - 2);
+    s.setSelLength(2);
+    s.typeText(QString());
+    EXPECT_EQ(s.Text().toStdString(), fresh());
+    EXPECT_TRUE(positionsAgree(s));
+}
+
 // Every table file of the corpus opens as tables and keeps them through a
 // save and a reload.
 TEST(Tables, CorpusTablesStayTables)
