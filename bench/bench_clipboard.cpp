@@ -2,11 +2,10 @@
 // common case, nothing new on the clipboard, must stay cheap even with a
 // screen-sized picture there; and a new copy pays for one thumbnail.
 
+#include "bench/rtf_samples.h"
 #include "clipboard/clip_history.h"
 
 #include <benchmark/benchmark.h>
-
-#include <QGuiApplication>
 
 using namespace tornelia;
 
@@ -73,13 +72,4 @@ BENCHMARK(BM_RefreshNewPicture)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-int main(int argc, char** argv)
-{
-    // The thumbnails are scaled with the image code of a GUI application.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+int main(int argc, char** argv) { return tornelia::bench::runBenchmarks(argc, argv); }

@@ -2,13 +2,13 @@
 // (every open, save and undo snapshot does it), and a change of its size,
 // which rewrites the selection's RTF with all the picture's data.
 
+#include "bench/rtf_samples.h"
 #include "core/picture.h"
 #include "core/rich_text_surface.h"
 #include "pictures/picture_size.h"
 
 #include <benchmark/benchmark.h>
 
-#include <QGuiApplication>
 #include <QRandomGenerator>
 
 using namespace tornelia;
@@ -56,12 +56,4 @@ BENCHMARK(BM_PhotoResize)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-int main(int argc, char** argv)
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+int main(int argc, char** argv) { return tornelia::bench::runBenchmarks(argc, argv); }

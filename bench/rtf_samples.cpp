@@ -1,7 +1,7 @@
 #include "bench/rtf_samples.h"
 
-#include <benchmark/benchmark.h>
-#include <QStandardPaths>
+#include "bench/bench_main.h"
+
 #include <QGuiApplication>
 
 #include <array>
@@ -164,17 +164,6 @@ std::unique_ptr<RichTextSurface> formattedDocument(int chars)
     return s;
 }
 
-int runBenchmarks(int argc, char** argv)
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QStandardPaths::setTestModeEnabled(true);
-    QGuiApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+int runBenchmarks(int argc, char** argv) { return runWith<QGuiApplication>(argc, argv); }
 
 }  // namespace tornelia::bench
