@@ -1678,7 +1678,7 @@ int Reader::contentLevel()
 
 std::optional<rtftable::RowDef> Reader::scanRow(int level) const
 {
-    return rtftable::scanRowDef(src_, lexer_ ? lexer_->position() : src_.size(), level);
+    return rtftable::scanRowDef(src_, lexer_ ? lexer_->position() : src_.size(), level, stack_.back().pa.itap);
 }
 
 // Moves the output to where a paragraph of the level goes. A table opened

@@ -130,12 +130,12 @@ bool rowDefWord(RowDef& def, std::string_view name, bool hasParam, int param)
     return name.starts_with("tr") || (name.starts_with("cl") && name != "cell");
 }
 
-std::optional<RowDef> scanRowDef(QByteArrayView rtf, qsizetype from, int level)
+std::optional<RowDef> scanRowDef(QByteArrayView rtf, qsizetype from, int level, int itapAtFrom)
 {
     if (from < 0 || from > rtf.size())
         return std::nullopt;
     RtfLexer lexer(rtf.sliced(from));
-    std::vector<int> itap{level};
+    std::vector<int> itap{std::clamp(itapAtFrom, 0, kMaxLevel)};
     RowDef cur;
     bool collecting = false;
     std::optional<RowDef> found;

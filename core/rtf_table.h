@@ -92,8 +92,11 @@ bool rowDefWord(RowDef& def, std::string_view name, bool hasParam, int param);
 
 // The definition of the row that starts at `from`: the last one the file
 // gives for that nesting level before the row ends (Word writes it again
-// behind the row's cells, and a nested row only there).
-std::optional<RowDef> scanRowDef(QByteArrayView rtf, qsizetype from, int level);
+// behind the row's cells, and a nested row only there). `itapAtFrom` is the
+// nesting level of the paragraph being read at `from`, which the words that
+// follow inherit: a nested row's definition right behind a nested cell is
+// not the outer row's.
+std::optional<RowDef> scanRowDef(QByteArrayView rtf, qsizetype from, int level, int itapAtFrom);
 
 // Builds QTextTables at a cursor as the reader meets cells and rows.
 class Builder {

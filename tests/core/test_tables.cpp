@@ -99,6 +99,22 @@ TEST(Tables, NestedTable)
               "\\pard End.\\par\r\n}\r\n");
 }
 
+// A nested table that opens a row's first cell: the nested row's
+// definition comes first in the file, and is still not the outer row's.
+TEST(Tables, NestedTableFirstInItsCell)
+{
+    RichTextSurface s;
+    load(s, rtfDoc("\\pard x\\par\\trowd\\trgaph0\\trleft0\\cellx1000\\cellx2000\\pard\\intbl\\itap2 n\\nestcell"
+                   "{\\*\\nesttableprops\\trowd\\trgaph108\\trleft-108\\cellx1440\\nestrow}{\\nonesttables\\par}"
+                   "\\pard\\intbl\\cell\\cell\\row\\pard y\\par"));
+    EXPECT_EQ(tableDump(*s.document()).toStdString(),
+              "table 1x2 edges 0,1000,2000 grid\n"
+              "  [0 \"<n>\"] [1 \"\"]\n"
+              "  table 1x1 edges -108,1440 grid\n"
+              "    [0 \"n\"]");
+    EXPECT_TRUE(test::wholeRoundTripHolds(s));
+}
+
 TEST(Tables, RaggedRows)
 {
     RichTextSurface s;
