@@ -571,8 +571,12 @@ void RichTextSurface::setSelText(const QString& text)
     // leave an empty block right behind the table, which the layout keeps
     // out of sight: a block of the structure's own goes in front of it, so
     // the break typed is seen.
-    if (!cursor_.hasSelection() && docText.startsWith(u'\n') && cursor_.position() == cursor_.block().position() &&
-        rtftable::standsBehindTable(cursor_.block()))
+    const int hiddenAt = !cursor_.hasSelection() && docText.startsWith(u'\n') &&
+                                 cursor_.position() == cursor_.block().position() &&
+                                 rtftable::standsBehindTable(cursor_.block())
+                             ? cursor_.position()
+                             : -1;
+    if (hiddenAt >= 0)
         docText.prepend(u'\n');
     if (textCacheValid_)
         pendingSplice_ = Splice{SelStart(), SelLength(), cursor_.selectionStart(),
@@ -580,6 +584,8 @@ void RichTextSurface::setSelText(const QString& text)
     cursor_.beginEditBlock();
     cursor_.removeSelectedText();
     cursor_.insertText(isSymbolCharset(f) ? toSymbolBytes(docText) : docText, f);
+    if (hiddenAt >= 0)
+        rtftable::leaveList(doc_->findBlock(hiddenAt));
     cursor_.endEditBlock();
     // Nothing changed (an empty text over an empty selection): no splice to make.
     pendingSplice_.reset();

@@ -3,6 +3,7 @@
 #include "core/rtf_lexer.h"
 
 #include <QTextDocument>
+#include <QTextList>
 #include <QTextTableCell>
 
 #include <algorithm>
@@ -573,6 +574,14 @@ bool emptyBehindFrame(const QTextBlock& block)
 
 }  // namespace
 
+void leaveList(const QTextBlock& hidden)
+{
+    // Made from the paragraph it stands in front of, the block would count
+    // as an item of that paragraph's list and move every number after it.
+    if (QTextList* list = hidden.textList())
+        list->remove(hidden);
+}
+
 bool isHiddenAfterTable(const QTextBlock& block)
 {
     return emptyBehindFrame(block) && standsBehindTable(block);
@@ -607,6 +616,7 @@ void Builder::uncoverEmptyParagraphs()
         QTextCursor c(doc);
         c.setPosition(after.position());
         c.insertBlock(after.blockFormat(), after.charFormat());
+        leaveList(doc->findBlock(table->lastPosition() + 1));
     }
     made_.clear();
 }

@@ -168,6 +168,8 @@ std::vector<qint64> rowColours(const QTextTable& table, int row);
 // it is the structure's, not the text's: Text and the writer pass over it,
 // and an empty paragraph of a file stands in the block after it.
 bool isHiddenAfterTable(const QTextBlock& block);
+// Takes the block the layout hides behind a table out of any list.
+void leaveList(const QTextBlock& hidden);
 // The block starts right where a table ends.
 bool standsBehindTable(const QTextBlock& block);
 // An empty place of the grid a short row has no cell for. Once something is

@@ -11,6 +11,7 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QDir>
+#include <QRegularExpression>
 #include <QFile>
 #include <QTextBlock>
 #include <QTextTable>
@@ -112,6 +113,39 @@ TEST(Tables, NestedTableFirstInItsCell)
               "  [0 \"<n>\"] [1 \"\"]\n"
               "  table 1x1 edges -108,1440 grid\n"
               "    [0 \"n\"]");
+    EXPECT_TRUE(test::wholeRoundTripHolds(s));
+}
+
+// A numbered list that runs from a cell on below the table keeps its
+// numbers through saves, also once Enter was typed behind the table: the
+// block the layout hides there is no item of the list.
+TEST(Tables, AListGoesOnBelowATable)
+{
+    RichTextSurface s;
+    load(s, rtfDoc("\\trowd\\cellx8130\\pard\\intbl{\\pntext 1\\tab}{\\*\\pn\\pnlvlbody\\pnstart1\\pndec}ab\\cell\\row"
+                   "\\pard{\\pntext 2\\tab}{\\*\\pn\\pnlvlbody\\pnstart2\\pndec}\\par{\\pntext 3\\tab}C\\par"));
+    const auto numbers = [&s] {
+        static const QRegularExpression label(QStringLiteral("\\\\pntext(?:\\\\f\\d+)? (\\d+)\\\\tab"));
+        QStringList out;
+        for (const QRegularExpressionMatch& m : label.globalMatch(s.TextRTF()))
+            out << m.captured(1);
+        return out.join(u' ').toStdString();
+    };
+    EXPECT_EQ(numbers(), "1 2 3");
+    EXPECT_TRUE(test::wholeRoundTripHolds(s));
+    // Enter at the start of the paragraph right behind the table.
+    s.setSelStart(long(s.Text().indexOf(u'C')) - 2);
+    s.typeText(QStringLiteral("\r\n"));
+    EXPECT_EQ(numbers(), "1 2 3 4");
+    EXPECT_TRUE(test::wholeRoundTripHolds(s));
+
+    // Enter at the start of an item that stands right behind the table.
+    load(s, rtfDoc("\\trowd\\cellx8130\\pard\\intbl{\\pntext 1\\tab}{\\*\\pn\\pnlvlbody\\pnstart1\\pndec}ab\\cell\\row"
+                   "\\pard{\\pntext 2\\tab}{\\*\\pn\\pnlvlbody\\pnstart2\\pndec}D\\par"));
+    EXPECT_EQ(numbers(), "1 2");
+    s.setSelStart(long(s.Text().indexOf(u'D')));
+    s.typeText(QStringLiteral("\r\n"));
+    EXPECT_EQ(numbers(), "1 2 3");
     EXPECT_TRUE(test::wholeRoundTripHolds(s));
 }
 
