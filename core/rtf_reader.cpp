@@ -1498,7 +1498,10 @@ void Reader::applyList(const ParaState& pa, QTextBlock block, QTextList* old, in
             }
         }
     } else if (pa.pn.type == PnState::Bullet) {
-        setBullet(lf, pa.pn.before.trimmed());
+        // Blanks around the glyph are the writer's spacing; a glyph that is
+        // itself a blank stays one rather than becoming the default dot.
+        const QString glyph = pa.pn.before.trimmed();
+        setBullet(lf, glyph.isEmpty() ? pa.pn.before.left(1) : glyph);
     } else if (pa.pn.type == PnState::Numbered) {
         lf.setStyle(listStyleOf(pa.pn.style));
         lf.setNumberPrefix(pa.pn.before);

@@ -180,6 +180,18 @@ TEST(RtfReader, ReadsEveryFormatAndWritesItBack)
                                  "\\fi-360\\li360\\f0 one\\par\r\n{\\pntext\\f3\\'B7\\tab}two\\tab tab\\line line")));
 }
 
+// A list whose bullet is a blank keeps the blank through saves, instead of
+// turning into the default dot on the second reading.
+TEST(RtfReader, ABlankBulletStaysBlank)
+{
+    RichTextSurface s;
+    s.setTextRTF(rtf("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 Arial;}}{\\*\\listtable{\\list{\\listlevel\\levelnfc23"
+                     "{\\leveltext\\'01 ;}{\\levelnumbers;}\\li720}\\listid1}}"
+                     "{\\*\\listoverridetable{\\listoverride\\listid1\\ls1}}\\pard\\ls1 Dot\\par}"));
+    EXPECT_TRUE(s.TextRTF().contains(rtf("{\\pntxtb  }"))) << s.TextRTF().toStdString();
+    EXPECT_TRUE(wholeRoundTripHolds(s));
+}
+
 // What the colour effects write back: a created colour table with an inner
 // group, glued runs, one entry per character, per-character sizes, offsets
 // and highlights.
