@@ -1,6 +1,7 @@
 #include "controls/editor_view.h"
 
 #include "controls/arrow_font.h"
+#include "controls/edit_layout.h"
 #include "controls/format_painter.h"
 #include "core/codepage.h"
 
@@ -488,6 +489,8 @@ EditorView::EditorView(RichTextSurface& surface, QWidget* parent)
     // Setting the document may switch Qt's undo on; the program keeps its
     // own undo, so it is put back as the surface had it.
     const bool undo = doc->isUndoRedoEnabled();
+    // Before the item connects to the layout, which this replaces.
+    edit_layout::install(doc);
     item_->setTextInteractionFlags(Qt::TextEditorInteraction);
     item_->setDocument(doc);
     doc->setUndoRedoEnabled(undo);
@@ -902,6 +905,8 @@ void EditorView::resizeEvent(QResizeEvent* event)
 
 void EditorView::mousePressEvent(QMouseEvent* event)
 {
+    // A click finds its place through the layout of the whole document.
+    edit_layout::settle(surface_.document());
     if (event->button() != Qt::LeftButton || itemAt(event->position().toPoint()) == item_) {
         QGraphicsView::mousePressEvent(event);
         return;

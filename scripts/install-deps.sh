@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
   build-essential cmake ninja-build
-  qt6-base-dev qt6-base-dev-tools qt6-translations-l10n libgl-dev
+  qt6-base-dev qt6-base-dev-tools qt6-base-private-dev qt6-translations-l10n libgl-dev
   libgtest-dev libbenchmark-dev
   adwaita-icon-theme fonts-dejavu-core
   xvfb xauth xdotool imagemagick openbox xclip
