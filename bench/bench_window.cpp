@@ -21,6 +21,7 @@
 #include <benchmark/benchmark.h>
 
 #include <QAbstractTextDocumentLayout>
+#include <QAction>
 #include <QApplication>
 #include <QFile>
 #include <QKeyEvent>
@@ -123,11 +124,20 @@ QTextCursor betweenWords(const QTextBlock& b)
 }
 
 // Types `keys` over and over into the middle of a document of range(0)
-// characters, one key per iteration.
-void typeInto(benchmark::State& state, const QString& keys)
+// characters, one key per iteration; in the page view if `pageView`.
+void typeInto(benchmark::State& state, const QString& keys, bool pageView = false)
 {
     ShownWindow w;
     w.testo().setText(bench::prose(int(state.range(0))));
+    if (pageView) {
+        for (QAction* a : w.window.findChildren<QAction*>())
+            if (a->text().contains(QStringLiteral("WYSIWYG")))
+                a->trigger();
+        if (w.window.editor()->sheetCount() == 0) {
+            state.SkipWithError("the page view did not open");
+            return;
+        }
+    }
     w.testo().setSelStart(w.testo().length() / 2);
     w.testo().adoptCursor(betweenWords(w.testo().cursor().block()));
     // A large text is laid out in slices while the window runs; the keys
@@ -172,6 +182,8 @@ void typeInto(benchmark::State& state, const QString& keys)
     reportPercentiles(state, "", ms);
     reportPercentiles(state, "cpu_", cpu);
     state.counters["chars"] = double(w.testo().length());
+    if (pageView)
+        state.counters["sheets"] = w.window.editor()->sheetCount();
 }
 
 void BM_TypeLetters(benchmark::State& state)
@@ -180,6 +192,14 @@ void BM_TypeLetters(benchmark::State& state)
 }
 BENCHMARK(BM_TypeLetters)->Arg(50000)->Arg(500000)->Arg(2000000)->Unit(benchmark::kMillisecond)
     ->MinTime(2.0);
+
+// The same keys in the page view, the sheets on screen; 1,000,000
+// characters make about 300 sheets.
+void BM_TypeLettersPageView(benchmark::State& state)
+{
+    typeInto(state, QStringLiteral("parola nuova e lunga "), true);
+}
+BENCHMARK(BM_TypeLettersPageView)->Arg(1000000)->Unit(benchmark::kMillisecond)->MinTime(2.0);
 
 void BM_TypeEnter(benchmark::State& state)
 {
