@@ -1,17 +1,21 @@
 #pragma once
 
+class QTextBlock;
 class QTextDocument;
 
 // The layout of a document shown in an editor.
 //
 // Qt's layout places every paragraph again, down to the end of the
 // document, after each edit, and in the page view lays out again every
-// paragraph that crosses a page: a key costs more the longer the document.
+// paragraph that crosses a sheet: a key costs more the longer the document.
 // Most keys change one paragraph without changing its lines' number or
-// height, and then nothing else moves. The editor's layout lays out only
-// that paragraph, on the lines it had, and leaves the rest of the document
-// where it is; Qt's own pass over the document runs when the person stops
-// typing, or at once before any edit that may move other paragraphs.
+// height, and then nothing else moves: the editor's layout lays out only
+// that paragraph, on the lines it had. When the paragraph gains or loses a
+// line in the page view, the paragraphs below are moved down the sheets
+// as Qt's pass would move them, without laying them out again. Qt's own
+// pass runs when the person stops typing, before any other edit, and
+// before drawing or finding a place where what it kept from its last pass
+// would no longer lead to the right paragraph.
 namespace edit_layout {
 
 // Gives `doc` the editor's layout (once; later calls keep it). Call it
@@ -22,6 +26,11 @@ void install(QTextDocument* doc);
 // waiting for, so what follows sees the layout exact. Without the editor's
 // layout, or with nothing waiting, it does nothing.
 void settle(QTextDocument* doc);
+
+// Lays `block` of `doc` out again after the looks its layout adds were changed
+// (the spelling marks): in place when its lines keep their heights, else
+// as an edit of the paragraph.
+void restyle(QTextDocument* doc, const QTextBlock& block);
 
 // How many edits of `doc` were laid out in place, and how many went
 // through the whole pass: what the tests look at.

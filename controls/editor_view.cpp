@@ -905,8 +905,6 @@ void EditorView::resizeEvent(QResizeEvent* event)
 
 void EditorView::mousePressEvent(QMouseEvent* event)
 {
-    // A click finds its place through the layout of the whole document.
-    edit_layout::settle(surface_.document());
     if (event->button() != Qt::LeftButton || itemAt(event->position().toPoint()) == item_) {
         QGraphicsView::mousePressEvent(event);
         return;

@@ -1,5 +1,6 @@
 #include "tools/spell_marks.h"
 
+#include "controls/edit_layout.h"
 #include "controls/editor_view.h"
 #include "core/ports.h"
 
@@ -231,7 +232,7 @@ void SpellMarks::checkBlock(const QTextBlock& block)
     if (same)
         return;
     layout->setFormats(ranges);
-    testo_.document()->markContentsDirty(block.position(), block.length());
+    edit_layout::restyle(testo_.document(), block);
 }
 
 void SpellMarks::clearBlock(const QTextBlock& block)
@@ -245,7 +246,7 @@ void SpellMarks::clearBlock(const QTextBlock& block)
     if (ranges.size() == n)
         return;
     layout->setFormats(ranges);
-    testo_.document()->markContentsDirty(block.position(), block.length());
+    edit_layout::restyle(testo_.document(), block);
 }
 
 std::vector<WordSpan> SpellMarks::marks() const
