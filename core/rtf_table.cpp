@@ -20,7 +20,9 @@ constexpr double kTwipsPerUnit = 15.0;
 // widths differently from row to row.
 constexpr int kEdgeSlack = 30;
 constexpr int kMaxLevel = 16;
-constexpr int kMinCellWidth = 20;
+// Wider than the slack, so a cell made that narrow keeps an edge of its own
+// and is not taken for the cell before it.
+constexpr int kMinCellWidth = kEdgeSlack + 1;
 
 constexpr const char* kBorderWords[] = {
     nullptr,     "brdrs",    "brdrth",     "brdrdb",   "brdrdot",  "brdrdash", "brdrhair",

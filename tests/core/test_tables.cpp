@@ -304,6 +304,11 @@ TEST(Tables, MalformedTablesKeepTheirText)
         {"\\trowd\\cellx1000\\cellx2000\\pard\\intbl z1\\cell z2\\cell\\pard after\\par", "z1\tz2\r\nafter"},
         {"\\trowd\\cellx1000\\cellx2000 q1\\cell q2\\cell after\\par\\pard end\\par", "q1\tq2\r\nafter\r\nend"},
         {"\\trowd\\cellx1000\\cellx2000\\pard\\intbl r1\\cell\\pard r2\\cell\\pard after\\par", "r1\tr2\r\nafter"},
+        // Cells narrower than the slack between rows' edges, and edges past
+        // the widest a row may be: each cell keeps a column of its own.
+        {"\\trowd\\cellx1000\\cellx1020\\cellx126720\\cellx126760\\pard\\intbl n1\\cell n2\\cell n3\\cell n4\\cell\\row"
+         "\\pard after\\par",
+         "n1\tn2\tn3\tn4\r\nafter"},
         // The file ends inside a cell.
         {"\\trowd\\cellx1000\\cellx2000\\pard\\intbl w1\\cell w2", "w1\tw2\r\n"},
         // A \row with no cell, a \nestrow with no table, a huge \itap.
