@@ -166,8 +166,6 @@ void typeInto(benchmark::State& state, const QString& keys, bool pageView = fals
             block = (block + 3) % blocks;
             const QTextBlock b = w.testo().document()->findBlockByNumber(block);
             w.testo().adoptCursor(betweenWords(b));
-            // As the click that puts the caret there would.
-            edit_layout::settle(w.testo().document());
             QApplication::processEvents();
             state.ResumeTiming();
         }
