@@ -315,6 +315,8 @@ private:
     std::vector<Group> stack_;
     int extraDepth_ = 0;  // braces beyond kMaxDepth, counted but not stacked
     bool ignorableNext_ = false;
+    // Where the group brace being read stands; -1 between braces.
+    qsizetype braceAt_ = -1;
     int ucSkip_ = 0;
     bool done_ = false;
     // Blanks behind a table of the head are padding, not text: the colour
@@ -839,7 +841,12 @@ void Reader::run()
     for (RtfToken t = lexer.next(); t.type != RtfToken::End && !done_; t = lexer.next()) {
         switch (t.type) {
         case RtfToken::GroupOpen:
+            // The text the brace ends is read before the brace is: a row
+            // it opens is looked for from the brace, so the group is seen
+            // whole.
+            braceAt_ = t.offset;
             flushBytes();
+            braceAt_ = -1;
             ucSkip_ = 0;
             openGroup(t.offset);
             break;
@@ -1681,7 +1688,8 @@ int Reader::contentLevel()
 
 std::optional<rtftable::RowDef> Reader::scanRow(int level) const
 {
-    return rtftable::scanRowDef(src_, lexer_ ? lexer_->position() : src_.size(), level, stack_.back().pa.itap);
+    const qsizetype from = braceAt_ >= 0 ? braceAt_ : lexer_ ? lexer_->position() : src_.size();
+    return rtftable::scanRowDef(src_, from, level, stack_.back().pa.itap);
 }
 
 // Moves the output to where a paragraph of the level goes. A table opened

@@ -1,5 +1,6 @@
 #include "core/rtf_table.h"
 
+#include "core/rtf_keywords.h"
 #include "core/rtf_lexer.h"
 
 #include <QTextDocument>
@@ -10,6 +11,7 @@
 #include <array>
 #include <cmath>
 #include <iterator>
+#include <utility>
 
 namespace tornelia::rtftable {
 namespace {
@@ -133,6 +135,41 @@ bool rowDefWord(RowDef& def, std::string_view name, bool hasParam, int param)
     return name.starts_with("tr") || (name.starts_with("cl") && name != "cell");
 }
 
+namespace {
+
+// Whether the reader takes the rest of the group `word` stands in as a
+// destination: a known destination (a picture or an object only as its
+// group's first word), or an unknown word marked \*. The nested rows'
+// properties and the groups that only pass their text on are read as the
+// body.
+bool opensDestination(std::string_view word, bool first, bool marked)
+{
+    using rtf::Id;
+    if (word == "nesttableprops")
+        return false;
+    const rtf::Keyword* k = rtf::findKeyword(word);
+    if (!k)
+        return marked;
+    if (k->kind != rtf::Kind::Destination)
+        return false;
+    switch (k->id) {
+    case Id::Ud:
+    case Id::Field:
+    case Id::FieldResult:
+    case Id::Shape:
+    case Id::ShpPict:
+    case Id::ShapeResult:
+        return false;
+    case Id::Pict:
+    case Id::Object:
+        return first;
+    default:
+        return true;
+    }
+}
+
+}  // namespace
+
 std::optional<RowDef> scanRowDef(QByteArrayView rtf, qsizetype from, int level, int itapAtFrom)
 {
     if (from < 0 || from > rtf.size())
@@ -142,20 +179,46 @@ std::optional<RowDef> scanRowDef(QByteArrayView rtf, qsizetype from, int level, 
     RowDef cur;
     bool collecting = false;
     std::optional<RowDef> found;
+    // The groups the reader takes as a destination (a picture, a font
+    // table, an unknown \* group) hold no row words, whatever they contain.
+    int skipping = 0;
+    bool fresh = false;
+    bool ignorable = false;
     for (RtfToken t = lexer.next(); t.type != RtfToken::End; t = lexer.next()) {
         if (t.type == RtfToken::GroupOpen) {
-            if (itap.size() < 4096)
+            if (skipping > 0) {
+                ++skipping;
+            } else if (itap.size() < 4096) {
                 itap.push_back(itap.back());
+                fresh = true;
+            }
             continue;
         }
         if (t.type == RtfToken::GroupClose) {
+            if (skipping > 0 && --skipping > 0)
+                continue;
             if (itap.size() > 1)
                 itap.pop_back();
+            fresh = false;
+            continue;
+        }
+        if (skipping > 0)
+            continue;
+        if (t.type == RtfToken::Symbol && t.byte == '*') {
+            ignorable = true;
             continue;
         }
         if (t.type != RtfToken::Word)
             continue;
         const std::string_view w = t.word;
+        const bool first = std::exchange(fresh, false);
+        const bool marked = std::exchange(ignorable, false);
+        // Not in the group the scan started in, which may be the document's
+        // own, where the reader opens no destination.
+        if (itap.size() > 1 && opensDestination(w, first, marked)) {
+            skipping = 1;
+            continue;
+        }
         int& here = itap.back();
         if (w == "pard") {
             here = 0;

@@ -332,6 +332,18 @@ TEST(Tables, MalformedTablesKeepTheirText)
     }
 }
 
+// Row words inside a picture of the row's first cell are the picture's
+// data, not the row's: the row keeps its own widths, as it is written.
+TEST(Tables, RowWordsInAPictureAreNotTheRows)
+{
+    RichTextSurface s;
+    load(s, rtfDoc("\\trowd\\cellx1000\\cellx2000\\pard\\intbl a{\\pict\\pngblip\\picw1\\pich1\\trowd\\cellx8130 00}\\cell "
+                   "b\\cell\\row\\pard after\\par"));
+    EXPECT_TRUE(tableDump(*s.document()).startsWith(QLatin1String("table 1x2 edges 0,1000,2000")))
+        << tableDump(*s.document()).toStdString();
+    EXPECT_TRUE(test::wholeRoundTripHolds(s));
+}
+
 // Typing, Tab, Enter, selections over cells, copy and paste of rows from
 // one program to another (RTF between two surfaces), and undo by snapshot.
 TEST(Tables, EditingInCells)
