@@ -220,11 +220,11 @@ public:
         return true;
     }
 
-    // A paragraph laid out in place outside an edit of the text.
-    void waitFor(const QTextBlock& block)
+    // An edit laid out in place: it waits for Qt's pass.
+    void laidOutInPlace(int from, int oldLength, int length)
     {
         ++counts_.inPlace;
-        wait(block.position(), block.length(), block.length());
+        wait(from, oldLength, length);
     }
 
     Counts counts_;
@@ -259,8 +259,7 @@ protected:
             const QTextBlock block = document()->findBlock(from);
             if (block.isValid() && from + length < block.position() + block.length() &&
                 layOutInPlace(block, from + length, length - oldLength)) {
-                ++counts_.inPlace;
-                wait(from, oldLength, length);
+                laidOutInPlace(from, oldLength, length);
                 return;
             }
         }
@@ -554,7 +553,7 @@ void restyle(QTextDocument* doc, const QTextBlock& block)
 {
     EditLayout* layout = of(doc);
     if (layout && layout->layOutInPlace(block)) {
-        layout->waitFor(block);
+        layout->laidOutInPlace(block.position(), block.length(), block.length());
         return;
     }
     doc->markContentsDirty(block.position(), block.length());
